@@ -1,0 +1,89 @@
+// Timings of the imaging contract on a camera-sized picture (6000 x 4000):
+// loading the JPEG, resampling to 800 x 600 with each filter code, saving at
+// quality 94. The picture is generated once into a temporary folder.
+#include <benchmark/benchmark.h>
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "imaging/cAdvancedImagery.h"
+
+namespace {
+
+struct Donnees {
+  QTemporaryDir dossier;
+  QString jpeg;
+  tg::Bitmap image;
+};
+
+// Smooth gradients with some noise, so that the JPEG weighs what a photograph does.
+Donnees& Preparer() {
+  static Donnees donnees;  // the folder goes at exit
+  static const bool prete = [] {
+    Donnees* d = &donnees;
+    tg::cAdvancedImagery ai;
+    QImage image(6000, 4000, QImage::Format_RGB32);
+    uint32_t graine = 1;
+    for (int y = 0; y < image.height(); ++y) {
+      auto* ligne = reinterpret_cast<QRgb*>(image.scanLine(y));
+      for (int x = 0; x < image.width(); ++x) {
+        graine = graine * 1664525u + 1013904223u;
+        const int bruit = static_cast<int>(graine >> 28);
+        ligne[x] = qRgb((x / 24 + bruit) & 0xFF, (y / 16 + bruit) & 0xFF, ((x + y) / 40) & 0xFF);
+      }
+    }
+    d->jpeg = d->dossier.filePath("bench.jpg");
+    if (!ai.Convert_PictureToImage(image, d->image) || !ai.IO_SaveImage(d->image, d->jpeg, tg::FormatJPEG, 94)) {
+      fprintf(stderr, "%s\n", qPrintable(ai.Error_GetLast()));
+      std::abort();
+    }
+    return true;
+  }();
+  (void)prete;
+  return donnees;
+}
+
+void Charger(benchmark::State& etat) {
+  const QString chemin = Preparer().jpeg;
+  tg::cAdvancedImagery ai;
+  for (auto _ : etat) {
+    tg::Bitmap b;
+    if (!ai.IO_LoadImage(chemin, b)) etat.SkipWithError(qPrintable(ai.Error_GetLast()));
+    benchmark::DoNotOptimize(b.Get());
+  }
+}
+BENCHMARK(Charger)->Unit(benchmark::kMillisecond);
+
+// Argument: the filter code of Effect_Resize (1 bilinear, 2 B-spline, 3 Lanczos 3, 4 bicubic).
+void Redimensionner(benchmark::State& etat) {
+  const tg::Bitmap& source = Preparer().image;
+  tg::cAdvancedImagery ai;
+  for (auto _ : etat) {
+    etat.PauseTiming();
+    tg::Bitmap b;
+    ai.IO_Copy(source, b);
+    etat.ResumeTiming();
+    if (!ai.Effect_Resize(b, 800, 600, static_cast<int>(etat.range(0))))
+      etat.SkipWithError(qPrintable(ai.Error_GetLast()));
+    etat.PauseTiming();
+    b.Reset();  // the unload of the copy is not timed
+    etat.ResumeTiming();
+  }
+}
+BENCHMARK(Redimensionner)->DenseRange(1, 4)->Unit(benchmark::kMillisecond);
+
+void Enregistrer(benchmark::State& etat) {
+  Donnees& d = Preparer();
+  const QString chemin = d.dossier.filePath("sortie.jpg");
+  tg::cAdvancedImagery ai;
+  for (auto _ : etat)
+    if (!ai.IO_SaveImage(d.image, chemin, tg::FormatJPEG, 94)) etat.SkipWithError(qPrintable(ai.Error_GetLast()));
+}
+BENCHMARK(Enregistrer)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,7 @@
+# FreeImage ships no CMake or pkg-config file.
+find_path(FREEIMAGE_INCLUDE_DIR FreeImage.h REQUIRED)
+find_library(FREEIMAGE_LIBRARY NAMES freeimage REQUIRED)
+add_library(FreeImage::FreeImage UNKNOWN IMPORTED)
+set_target_properties(FreeImage::FreeImage PROPERTIES
+  IMPORTED_LOCATION "${FREEIMAGE_LIBRARY}"
+  INTERFACE_INCLUDE_DIRECTORIES "${FREEIMAGE_INCLUDE_DIR}")

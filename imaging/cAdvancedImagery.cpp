@@ -1,0 +1,730 @@
+#include "imaging/cAdvancedImagery.h"
+
+#include <FreeImage.h>
+
+#include <QClipboard>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QScreen>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "imaging/PixelEffects.h"
+#include "platform/Fichiers.h"
+
+// Pixels are copied between FreeImage and QImage line by line, which holds
+// only for FreeImage's little-endian BGR(A) byte order.
+static_assert(FREEIMAGE_COLORORDER == FREEIMAGE_COLORORDER_BGR);
+
+namespace tg {
+
+namespace {
+
+// The library reports its failures through a callback; the text is kept here
+// and added to the last-error text of the call that failed.
+QString& MessageBibliotheque() {
+  static QString message;
+  return message;
+}
+
+void RecevoirMessage(FREE_IMAGE_FORMAT, const char* message) {
+  MessageBibliotheque() = QString::fromLocal8Bit(message);
+}
+
+QByteArray NomFichier(const QString& chemin) { return QFile::encodeName(chemin); }
+
+QColor CouleurBGR(int couleur) {
+  return QColor(couleur & 0xFF, (couleur >> 8) & 0xFF, (couleur >> 16) & 0xFF);
+}
+
+bool EstVraiesCouleurs(FIBITMAP* dib) {
+  const unsigned bpp = FreeImage_GetBPP(dib);
+  return FreeImage_GetImageType(dib) == FIT_BITMAP && (bpp == 24 || bpp == 32);
+}
+
+// A 24-bit copy of any bitmap (16-bit, float and other pixel types go through
+// the standard 8-bit-per-channel type first). Null on failure.
+FIBITMAP* Copie24Bits(FIBITMAP* dib) {
+  if (FreeImage_GetImageType(dib) != FIT_BITMAP) {
+    FIBITMAP* standard = FreeImage_ConvertToStandardType(dib, TRUE);
+    if (standard == nullptr) return nullptr;
+    FIBITMAP* resultat = FreeImage_ConvertTo24Bits(standard);
+    FreeImage_Unload(standard);
+    return resultat;
+  }
+  return FreeImage_ConvertTo24Bits(dib);
+}
+
+ImageRVB VersRVB(FIBITMAP* dib) {
+  ImageRVB image(static_cast<int>(FreeImage_GetWidth(dib)), static_cast<int>(FreeImage_GetHeight(dib)));
+  for (int y = 0; y < image.hauteur; ++y) {
+    const BYTE* ligne = FreeImage_GetScanLine(dib, image.hauteur - 1 - y);
+    for (int x = 0; x < image.largeur; ++x) {
+      uint8_t* p = image.Pixel(x, y);
+      p[0] = ligne[x * 3 + FI_RGBA_RED];
+      p[1] = ligne[x * 3 + FI_RGBA_GREEN];
+      p[2] = ligne[x * 3 + FI_RGBA_BLUE];
+    }
+  }
+  return image;
+}
+
+void DepuisRVB(const ImageRVB& image, FIBITMAP* dib) {
+  for (int y = 0; y < image.hauteur; ++y) {
+    BYTE* ligne = FreeImage_GetScanLine(dib, image.hauteur - 1 - y);
+    for (int x = 0; x < image.largeur; ++x) {
+      const uint8_t* p = image.Pixel(x, y);
+      ligne[x * 3 + FI_RGBA_RED] = p[0];
+      ligne[x * 3 + FI_RGBA_GREEN] = p[1];
+      ligne[x * 3 + FI_RGBA_BLUE] = p[2];
+    }
+  }
+}
+
+// Writes one pixel of a 24- or 32-bit scan line; a 32-bit pixel becomes opaque.
+void EcrirePixel(BYTE* ligne, int x, int octetsParPixel, BYTE r, BYTE g, BYTE b) {
+  BYTE* p = ligne + x * octetsParPixel;
+  p[FI_RGBA_RED] = r;
+  p[FI_RGBA_GREEN] = g;
+  p[FI_RGBA_BLUE] = b;
+  if (octetsParPixel == 4) p[FI_RGBA_ALPHA] = 0xFF;
+}
+
+int Arrondi(double v) { return static_cast<int>(std::nearbyint(v)); }
+
+// The EXIF tags that the program reads as a fraction "n/d" rather than as the
+// library's display text ("7.5 mm").
+bool LuEnFraction(const char* cle) {
+  return std::strcmp(cle, "FocalLength") == 0 || std::strcmp(cle, "DigitalZoomRatio") == 0;
+}
+
+QString TexteFraction(FITAG* tag) {
+  const void* valeur = FreeImage_GetTagValue(tag);
+  if (valeur == nullptr || FreeImage_GetTagCount(tag) < 1 || FreeImage_GetTagLength(tag) < 8) return {};
+  if (FreeImage_GetTagType(tag) == FIDT_RATIONAL) {
+    const DWORD* f = static_cast<const DWORD*>(valeur);
+    return QString("%1/%2").arg(f[0]).arg(f[1]);
+  }
+  if (FreeImage_GetTagType(tag) == FIDT_SRATIONAL) {
+    const LONG* f = static_cast<const LONG*>(valeur);
+    return QString("%1/%2").arg(f[0]).arg(f[1]);
+  }
+  return {};
+}
+
+}  // namespace
+
+cAdvancedImagery::cAdvancedImagery() {
+  // On Linux the shared library initialises itself; only the message route is set.
+  static const bool installe = [] {
+    FreeImage_SetOutputMessage(RecevoirMessage);
+    return true;
+  }();
+  (void)installe;
+}
+
+bool cAdvancedImagery::Echec(const QString& texte) {
+  derniereErreur_ = texte;
+  return false;
+}
+
+bool cAdvancedImagery::EchecBibliotheque(const QString& texte) {
+  QString message = MessageBibliotheque();
+  MessageBibliotheque().clear();
+  return Echec(message.isEmpty() ? texte : texte + " (" + message + ")");
+}
+
+bool cAdvancedImagery::Valide(const Bitmap& image) {
+  if (image.Vide() || !FreeImage_HasPixels(image.Get())) return Echec("Specified image is invalid");
+  MessageBibliotheque().clear();
+  return true;
+}
+
+bool cAdvancedImagery::Remplacer(Bitmap& image, FIBITMAP* nouveau, const QString& texteEchec) {
+  if (nouveau == nullptr) return EchecBibliotheque(texteEchec);
+  FreeImage_CloneMetadata(nouveau, image.Get());
+  image.Reset(nouveau);
+  return true;
+}
+
+bool cAdvancedImagery::CouleursVraies(Bitmap& image) {
+  if (EstVraiesCouleurs(image.Get())) return true;
+  return Remplacer(image, Copie24Bits(image.Get()), "Image could not be converted to 24 bits");
+}
+
+bool cAdvancedImagery::En24Bits(Bitmap& image) {
+  if (FreeImage_GetImageType(image.Get()) == FIT_BITMAP && FreeImage_GetBPP(image.Get()) == 24) return true;
+  return Remplacer(image, Copie24Bits(image.Get()), "Image could not be converted to 24 bits");
+}
+
+// ---- Files ----
+
+bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
+  sortie.Reset();
+  if (chemin.isEmpty()) return Echec("No file path specified to load from");
+  if (!QFileInfo(chemin).isFile()) return Echec("File specified to load could not be found");
+  MessageBibliotheque().clear();
+  const QByteArray nom = NomFichier(chemin);
+  FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(nom.constData(), 0);
+  if (fif == FIF_UNKNOWN) fif = FreeImage_GetFIFFromFilename(nom.constData());
+  FIBITMAP* dib = nullptr;
+  if (fif != FIF_UNKNOWN && FreeImage_FIFSupportsReading(fif)) dib = FreeImage_Load(fif, nom.constData(), 0);
+  if (dib == nullptr) {
+    // Debian's FreeImage refuses BMP files with V4/V5 info headers; Qt reads them.
+    QImageReader lecteur(chemin);
+    lecteur.setAutoTransform(false);
+    const QImage image = lecteur.read();
+    if (!image.isNull()) return Convert_PictureToImage(image, sortie);
+    if (fif == FIF_UNKNOWN) return Echec("Unknown or unsupported image format: " + chemin);
+    return EchecBibliotheque("Image could not be loaded: " + chemin);
+  }
+  sortie.Reset(dib);
+  // 16-bit and floating-point pictures are brought to 8 bits per channel.
+  if (FreeImage_GetImageType(dib) != FIT_BITMAP && !En24Bits(sortie)) {
+    sortie.Reset();
+    return false;
+  }
+  return true;
+}
+
+bool cAdvancedImagery::IO_SaveImage(const Bitmap& image, const QString& chemin, int format, int flags) {
+  if (!Valide(image)) return false;
+  if (chemin.isEmpty()) return Echec("No file path specified to save to");
+  const auto fif = static_cast<FREE_IMAGE_FORMAT>(format);
+  if (format < 0 || format >= FreeImage_GetFIFCount() || !FreeImage_FIFSupportsWriting(fif))
+    return Echec(QString("Unsupported image format for saving: %1").arg(format));
+  FIBITMAP* dib = image.Get();
+  Bitmap converti;
+  // JPEG takes no 32-bit bitmap, and other writers have their own limits: the
+  // file is then written from a 24-bit copy that carries the same metadata.
+  if (FreeImage_GetImageType(dib) != FIT_BITMAP || !FreeImage_FIFSupportsExportBPP(fif, FreeImage_GetBPP(dib)) ||
+      (fif == FIF_JPEG && FreeImage_GetBPP(dib) == 32)) {
+    converti.Reset(Copie24Bits(dib));
+    if (converti.Vide()) return EchecBibliotheque("Image could not be converted to 24 bits");
+    FreeImage_CloneMetadata(converti.Get(), dib);
+    dib = converti.Get();
+  }
+  int options = 0;
+  if (fif == FIF_JPEG && flags > 0) options = std::min(flags, 100);  // quality 1..100; 0 is the library's 75
+  else if (fif != FIF_JPEG) options = flags;
+  const QByteArray nom = NomFichier(chemin);
+  if (!FreeImage_Save(fif, dib, nom.constData(), options))
+    return EchecBibliotheque("Image could not be saved to " + chemin);
+  return true;
+}
+
+bool cAdvancedImagery::IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp) {
+  sortie.Reset();
+  if (largeur < 1 || hauteur < 1) return Echec(QString("Invalid image size %1 x %2").arg(largeur).arg(hauteur));
+  if (bpp != 1 && bpp != 4 && bpp != 8 && bpp != 16 && bpp != 24 && bpp != 32)
+    return Echec(QString("Invalid bit depth %1").arg(bpp));
+  MessageBibliotheque().clear();
+  // The pixels of a new bitmap are zeroes: black, or palette entry 0 (black
+  // in FreeImage's default grey palette).
+  FIBITMAP* dib = FreeImage_Allocate(largeur, hauteur, bpp);
+  if (dib == nullptr) return EchecBibliotheque("Image could not be allocated");
+  if (bpp == 32) {
+    // Opaque black: a zero alpha would make the new bitmap invisible once drawn.
+    for (int y = 0; y < hauteur; ++y) {
+      BYTE* ligne = FreeImage_GetScanLine(dib, y);
+      for (int x = 0; x < largeur; ++x) ligne[x * 4 + FI_RGBA_ALPHA] = 0xFF;
+    }
+  }
+  sortie.Reset(dib);
+  return true;
+}
+
+void cAdvancedImagery::IO_DestroyBitmap(Bitmap& image) { image.Reset(); }
+
+bool cAdvancedImagery::IO_Copy(const Bitmap& source, Bitmap& sortie) {
+  if (!Valide(source)) {
+    sortie.Reset();
+    return false;
+  }
+  FIBITMAP* copie = FreeImage_Clone(source.Get());
+  if (copie == nullptr) {
+    sortie.Reset();
+    return EchecBibliotheque("Image could not be copied");
+  }
+  sortie.Reset(copie);
+  return true;
+}
+
+// ---- Colours ----
+
+bool cAdvancedImagery::Color_GetPixel(const Bitmap& image, int x, int y, int& couleur) {
+  if (!Valide(image)) return false;
+  FIBITMAP* dib = image.Get();
+  const int l = static_cast<int>(FreeImage_GetWidth(dib));
+  const int h = static_cast<int>(FreeImage_GetHeight(dib));
+  if (x < 0 || y < 0 || x >= l || y >= h) return Echec(QString("Pixel %1, %2 is outside the image").arg(x).arg(y));
+  RGBQUAD c{};
+  const unsigned ligne = static_cast<unsigned>(h - 1 - y);
+  if (FreeImage_GetImageType(dib) == FIT_BITMAP && FreeImage_GetBPP(dib) <= 8) {
+    BYTE index = 0;
+    const RGBQUAD* palette = FreeImage_GetPalette(dib);
+    if (palette == nullptr || !FreeImage_GetPixelIndex(dib, x, ligne, &index))
+      return EchecBibliotheque("Pixel could not be read");
+    c = palette[index];
+  } else if (!EstVraiesCouleurs(dib) || !FreeImage_GetPixelColor(dib, x, ligne, &c)) {
+    Bitmap copie(Copie24Bits(dib));
+    if (copie.Vide() || !FreeImage_GetPixelColor(copie.Get(), x, ligne, &c))
+      return EchecBibliotheque("Pixel could not be read");
+  }
+  couleur = c.rgbRed | (c.rgbGreen << 8) | (c.rgbBlue << 16);
+  return true;
+}
+
+void cAdvancedImagery::Color_OLE(int couleur, int& rouge, int& vert, int& bleu) {
+  rouge = couleur & 0xFF;
+  vert = (couleur >> 8) & 0xFF;
+  bleu = (couleur >> 16) & 0xFF;
+}
+
+// ---- QImage ----
+
+bool cAdvancedImagery::Convert_ImageToPicture(const Bitmap& image, QImage& sortie) {
+  sortie = QImage();
+  if (!Valide(image)) return false;
+  FIBITMAP* dib = image.Get();
+  Bitmap copie;
+  if (!(FreeImage_GetImageType(dib) == FIT_BITMAP && FreeImage_GetBPP(dib) == 32)) {
+    FIBITMAP* standard = FreeImage_GetImageType(dib) == FIT_BITMAP ? dib : FreeImage_ConvertToStandardType(dib, TRUE);
+    if (standard == nullptr) return EchecBibliotheque("Image could not be converted");
+    // Palettes, grey levels and 24-bit pixels all become opaque 32-bit BGRA,
+    // with the palette's transparency where it has one.
+    copie.Reset(FreeImage_ConvertTo32Bits(standard));
+    if (standard != dib) FreeImage_Unload(standard);
+    if (copie.Vide()) return EchecBibliotheque("Image could not be converted");
+    dib = copie.Get();
+  }
+  const int l = static_cast<int>(FreeImage_GetWidth(dib));
+  const int h = static_cast<int>(FreeImage_GetHeight(dib));
+  QImage resultat(l, h, FreeImage_IsTransparent(dib) ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+  if (resultat.isNull()) return Echec("Picture could not be allocated");
+  // Top-down copy: QImage row y is FreeImage scan line h - 1 - y.
+  FreeImage_ConvertToRawBits(resultat.bits(), dib, static_cast<int>(resultat.bytesPerLine()), 32, FI_RGBA_RED_MASK,
+                             FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK, TRUE);
+  resultat.setDotsPerMeterX(static_cast<int>(FreeImage_GetDotsPerMeterX(image.Get())));
+  resultat.setDotsPerMeterY(static_cast<int>(FreeImage_GetDotsPerMeterY(image.Get())));
+  sortie = resultat;
+  return true;
+}
+
+bool cAdvancedImagery::Convert_PictureToImage(const QImage& image, Bitmap& sortie) {
+  sortie.Reset();
+  if (image.isNull()) return Echec("Specified picture is invalid");
+  MessageBibliotheque().clear();
+  bool opaque = true;
+  QImage source;
+  if (image.hasAlphaChannel()) {
+    source = image.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < source.height() && opaque; ++y) {
+      const QRgb* ligne = reinterpret_cast<const QRgb*>(source.constScanLine(y));
+      for (int x = 0; x < source.width(); ++x)
+        if (qAlpha(ligne[x]) != 255) {
+          opaque = false;
+          break;
+        }
+    }
+  }
+  // An opaque picture gives a 24-bit bitmap, the depth the program works in.
+  if (opaque) source = image.convertToFormat(QImage::Format_BGR888);
+  FIBITMAP* dib = FreeImage_ConvertFromRawBits(const_cast<BYTE*>(source.constBits()), source.width(), source.height(),
+                                               static_cast<int>(source.bytesPerLine()), opaque ? 24 : 32,
+                                               FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK, TRUE);
+  if (dib == nullptr) return EchecBibliotheque("Picture could not be converted");
+  if (image.dotsPerMeterX() > 0) FreeImage_SetDotsPerMeterX(dib, image.dotsPerMeterX());
+  if (image.dotsPerMeterY() > 0) FreeImage_SetDotsPerMeterY(dib, image.dotsPerMeterY());
+  sortie.Reset(dib);
+  return true;
+}
+
+bool cAdvancedImagery::Render_Normal(const Bitmap& image, QPainter& p, int x, int y, int l, int h) {
+  QImage picture;
+  if (!Convert_ImageToPicture(image, picture)) return false;
+  if (!p.isActive()) return Echec("Painter is not active");
+  // A width or height of 0 or less draws at the bitmap's own size.
+  if (l <= 0 || h <= 0) p.drawImage(QPoint(x, y), picture);
+  else p.drawImage(QRect(x, y, l, h), picture);
+  return true;
+}
+
+bool cAdvancedImagery::Render_Transparent(const Bitmap& image, QPainter& p, int x, int y, int l, int h) {
+  QImage picture;
+  if (!Convert_ImageToPicture(image, picture)) return false;
+  if (!p.isActive()) return Echec("Painter is not active");
+  if (couleurTransparente_ != -1) {
+    picture = picture.convertToFormat(QImage::Format_ARGB32);
+    const QRgb cle = CouleurBGR(couleurTransparente_).rgb() & 0xFFFFFF;
+    for (int ly = 0; ly < picture.height(); ++ly) {
+      QRgb* ligne = reinterpret_cast<QRgb*>(picture.scanLine(ly));
+      for (int lx = 0; lx < picture.width(); ++lx)
+        if ((ligne[lx] & 0xFFFFFF) == cle) ligne[lx] = 0;
+    }
+  }
+  if (l <= 0 || h <= 0) p.drawImage(QPoint(x, y), picture);
+  else p.drawImage(QRect(x, y, l, h), picture);
+  return true;
+}
+
+// ---- Information ----
+
+int cAdvancedImagery::Info_Width(const Bitmap& image) {
+  return Valide(image) ? static_cast<int>(FreeImage_GetWidth(image.Get())) : 0;
+}
+
+int cAdvancedImagery::Info_Height(const Bitmap& image) {
+  return Valide(image) ? static_cast<int>(FreeImage_GetHeight(image.Get())) : 0;
+}
+
+bool cAdvancedImagery::Info_ALL(const Bitmap& image, InfosImage& infos) {
+  infos = InfosImage{};
+  if (!Valide(image)) return false;
+  FIBITMAP* dib = image.Get();
+  infos.largeur = static_cast<int>(FreeImage_GetWidth(dib));
+  infos.hauteur = static_cast<int>(FreeImage_GetHeight(dib));
+  infos.bpp = static_cast<int>(FreeImage_GetBPP(dib));
+  infos.couleursUtilisees = static_cast<int>(FreeImage_GetColorsUsed(dib));
+  infos.pitch = static_cast<int>(FreeImage_GetPitch(dib));
+  // 1 inch = 0.0254 m.
+  infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
+  infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
+  infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
+  return true;
+}
+
+bool cAdvancedImagery::Screen_Info(InfosEcran& infos) {
+  infos = InfosEcran{};
+  QScreen* ecran = qGuiApp != nullptr ? QGuiApplication::primaryScreen() : nullptr;
+  if (ecran == nullptr) return Echec("No screen available");
+  infos.largeur = ecran->geometry().width();
+  infos.hauteur = ecran->geometry().height();
+  infos.profondeur = ecran->depth();
+  infos.frequence = Arrondi(ecran->refreshRate());
+  infos.palette = infos.profondeur <= 8;
+  infos.couleursPalette = infos.palette ? (1 << infos.profondeur) : 0;
+  infos.dpiX = Arrondi(ecran->logicalDotsPerInchX());
+  infos.dpiY = Arrondi(ecran->logicalDotsPerInchY());
+  return true;
+}
+
+// ---- Effects of the library ----
+
+bool cAdvancedImagery::Effect_Invert(Bitmap& image) {
+  if (!Valide(image) || !CouleursVraies(image)) return false;
+  if (!FreeImage_Invert(image.Get())) return EchecBibliotheque("Image could not be inverted");
+  return true;
+}
+
+bool cAdvancedImagery::Effect_Resize(Bitmap& image, int largeur, int hauteur, int filtre) {
+  if (!Valide(image)) return false;
+  FREE_IMAGE_FILTER f = FILTER_LANCZOS3;
+  switch (filtre) {
+    case 1: f = FILTER_BILINEAR; break;
+    case 2: f = FILTER_BSPLINE; break;
+    case 4: f = FILTER_BICUBIC; break;
+    default: f = FILTER_LANCZOS3; break;
+  }
+  return Remplacer(image, FreeImage_Rescale(image.Get(), std::max(largeur, 1), std::max(hauteur, 1), f),
+                   "Image could not be resized");
+}
+
+bool cAdvancedImagery::Effect_Rotate90(Bitmap& image, int angle) {
+  if (!Valide(image)) return false;
+  if (angle != 90 && angle != 180 && angle != 270)
+    return Echec(QString("Rotation angle must be 90, 180 or 270, not %1").arg(angle));
+  return Remplacer(image, FreeImage_Rotate(image.Get(), angle), "Image could not be rotated");
+}
+
+bool cAdvancedImagery::Effect_Brightness(Bitmap& image, double pourcentage) {
+  if (!Valide(image) || !CouleursVraies(image)) return false;
+  if (!FreeImage_AdjustBrightness(image.Get(), pourcentage)) return EchecBibliotheque("Brightness could not be adjusted");
+  return true;
+}
+
+bool cAdvancedImagery::Effect_Contrast(Bitmap& image, double pourcentage) {
+  if (!Valide(image) || !CouleursVraies(image)) return false;
+  if (!FreeImage_AdjustContrast(image.Get(), pourcentage)) return EchecBibliotheque("Contrast could not be adjusted");
+  return true;
+}
+
+bool cAdvancedImagery::Effect_Gamma(Bitmap& image, double gamma) {
+  if (!Valide(image)) return false;
+  if (!(gamma > 0)) return Echec("Gamma must be greater than 0");
+  if (!CouleursVraies(image)) return false;
+  if (!FreeImage_AdjustGamma(image.Get(), gamma)) return EchecBibliotheque("Gamma could not be adjusted");
+  return true;
+}
+
+bool cAdvancedImagery::Effect_Grayscale(Bitmap& image) {
+  if (!Valide(image)) return false;
+  // Grey levels come back to 24 bits: the rest of the program works on 24-bit bitmaps.
+  Bitmap gris(FreeImage_ConvertToGreyscale(image.Get()));
+  if (gris.Vide()) return EchecBibliotheque("Image could not be converted to grey levels");
+  return Remplacer(image, FreeImage_ConvertTo24Bits(gris.Get()), "Image could not be converted to grey levels");
+}
+
+// ---- Pixel loops of this layer ----
+
+namespace {
+
+template <typename Effet>
+bool AppliquerRVB(FIBITMAP* dib, Effet effet) {
+  ImageRVB pixels = VersRVB(dib);
+  if (!effet(pixels)) return false;
+  DepuisRVB(pixels, dib);
+  return true;
+}
+
+}  // namespace
+
+bool cAdvancedImagery::Effect_Blur(Bitmap& image, bool normal) {
+  if (!Valide(image) || !En24Bits(image)) return false;
+  return AppliquerRVB(image.Get(), [&](ImageRVB& p) { Flou(p, normal); return true; });
+}
+
+bool cAdvancedImagery::Effect_Sharpen(Bitmap& image, bool normal) {
+  if (!Valide(image) || !En24Bits(image)) return false;
+  return AppliquerRVB(image.Get(), [&](ImageRVB& p) { Nettete(p, normal); return true; });
+}
+
+bool cAdvancedImagery::Effect_Emboss(Bitmap& image, bool fort, bool gris) {
+  if (!Valide(image) || !En24Bits(image)) return false;
+  return AppliquerRVB(image.Get(), [&](ImageRVB& p) { BasRelief(p, fort, gris); return true; });
+}
+
+bool cAdvancedImagery::Effect_Etch(Bitmap& image, bool fort, bool gris) {
+  if (!Valide(image) || !En24Bits(image)) return false;
+  return AppliquerRVB(image.Get(), [&](ImageRVB& p) { Gravure(p, fort, gris); return true; });
+}
+
+bool cAdvancedImagery::Effect_RGB_Filter(Bitmap& image, float rouge, float vert, float bleu) {
+  if (!Valide(image)) return false;
+  for (float p : {rouge, vert, bleu})
+    if (!(p >= -100.0f && p <= 100.0f)) return Echec("RGB filter percentages must lie between -100 and 100");
+  if (rouge == 0.0f && vert == 0.0f && bleu == 0.0f) return true;
+  if (!En24Bits(image)) return false;
+  return AppliquerRVB(image.Get(), [&](ImageRVB& p) { return FiltreRVB(p, rouge, vert, bleu); });
+}
+
+// ---- Composition ----
+
+bool cAdvancedImagery::Effect_Zoom(const Bitmap& source, Bitmap& sortie, int x, int y, int l, int h,
+                                   double facteur) {
+  sortie.Reset();
+  if (!Valide(source)) return false;
+  const int largeur = static_cast<int>(FreeImage_GetWidth(source.Get()));
+  const int hauteur = static_cast<int>(FreeImage_GetHeight(source.Get()));
+  if (l < 1 || h < 1 || x < 0 || y < 0 || x + l > largeur || y + h > hauteur)
+    return Echec(QString("Rectangle %1, %2, %3 x %4 does not lie inside the image").arg(x).arg(y).arg(l).arg(h));
+  if (!(facteur > 0)) return Echec("Zoom factor must be greater than 0");
+  // FreeImage_Copy counts rows from the top.
+  Bitmap partie(FreeImage_Copy(source.Get(), x, y, x + l, y + h));
+  if (partie.Vide()) return EchecBibliotheque("Image part could not be copied");
+  FreeImage_CloneMetadata(partie.Get(), source.Get());
+  const int zl = std::max(1, Arrondi(l * facteur));
+  const int zh = std::max(1, Arrondi(h * facteur));
+  if (zl != l || zh != h) {
+    // Box filter: an enlarged pixel stays a sharp square.
+    if (!Remplacer(partie, FreeImage_Rescale(partie.Get(), zl, zh, FILTER_BOX), "Image part could not be zoomed"))
+      return false;
+  }
+  sortie = std::move(partie);
+  return true;
+}
+
+bool cAdvancedImagery::Effect_Thumbnail(const Bitmap& source, Bitmap& sortie, int cote) {
+  sortie.Reset();
+  if (!Valide(source)) return false;
+  if (cote < 1) return Echec("Thumbnail size must be at least 1");
+  FIBITMAP* vignette = FreeImage_MakeThumbnail(source.Get(), cote, TRUE);
+  if (vignette == nullptr) return EchecBibliotheque("Thumbnail could not be made");
+  sortie.Reset(vignette);
+  return true;
+}
+
+bool cAdvancedImagery::Effect_SetTransparentColor(Bitmap& image, int couleur) {
+  if (!Valide(image)) return false;
+  couleurTransparente_ = couleur < 0 ? -1 : (couleur & 0xFFFFFF);
+  return true;
+}
+
+bool cAdvancedImagery::Effect_OverlayPicture(Bitmap& dessous, const Bitmap& dessus, int x, int y) {
+  if (!Valide(dessous) || !Valide(dessus) || !CouleursVraies(dessous)) return false;
+  // FreeImage_Paste cannot leave a colour out: the copy is done here.
+  FIBITMAP* source = dessus.Get();
+  Bitmap copie;
+  if (!(FreeImage_GetImageType(source) == FIT_BITMAP && FreeImage_GetBPP(source) == 24)) {
+    copie.Reset(Copie24Bits(source));
+    if (copie.Vide()) return EchecBibliotheque("Image could not be converted to 24 bits");
+    source = copie.Get();
+  }
+  FIBITMAP* cible = dessous.Get();
+  const int ls = static_cast<int>(FreeImage_GetWidth(source));
+  const int hs = static_cast<int>(FreeImage_GetHeight(source));
+  const int lc = static_cast<int>(FreeImage_GetWidth(cible));
+  const int hc = static_cast<int>(FreeImage_GetHeight(cible));
+  const int octets = static_cast<int>(FreeImage_GetBPP(cible)) / 8;
+  for (int sy = 0; sy < hs; ++sy) {
+    const int cy = y + sy;
+    if (cy < 0 || cy >= hc) continue;
+    const BYTE* ligneSource = FreeImage_GetScanLine(source, hs - 1 - sy);
+    BYTE* ligneCible = FreeImage_GetScanLine(cible, hc - 1 - cy);
+    for (int sx = std::max(0, -x); sx < ls && x + sx < lc; ++sx) {
+      const BYTE* p = ligneSource + sx * 3;
+      const int couleur = p[FI_RGBA_RED] | (p[FI_RGBA_GREEN] << 8) | (p[FI_RGBA_BLUE] << 16);
+      if (couleur == couleurTransparente_) continue;
+      EcrirePixel(ligneCible, x + sx, octets, p[FI_RGBA_RED], p[FI_RGBA_GREEN], p[FI_RGBA_BLUE]);
+    }
+  }
+  return true;
+}
+
+bool cAdvancedImagery::Effect_OverlayText(Bitmap& image, const QString& texte, const QFont& police, int couleur,
+                                          int fond, int x, int y, int alignement, int rotation) {
+  if (!Valide(image)) return false;
+  if (alignement < AlignGauche || alignement > AlignDroite)
+    return Echec(QString("Invalid text alignment %1").arg(alignement));
+  QImage picture;
+  if (!Convert_ImageToPicture(image, picture)) return false;
+  {
+    QPainter p(&picture);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::TextAntialiasing);
+    p.setFont(police);
+    const int drapeaux = Qt::AlignTop | Qt::TextExpandTabs |
+                         (alignement == AlignCentre ? Qt::AlignHCenter
+                          : alignement == AlignDroite ? Qt::AlignRight
+                                                      : Qt::AlignLeft);
+    const QRectF mesure = p.boundingRect(QRectF(0, 0, 0, 0), drapeaux | Qt::TextDontClip, texte);
+    const double l = mesure.width();
+    const double h = mesure.height();
+    // (x, y) is the top of the text, at its left end, middle or right end;
+    // the rotation turns counter-clockwise around that point.
+    const double gauche = alignement == AlignCentre ? -l / 2 : alignement == AlignDroite ? -l : 0;
+    p.translate(x, y);
+    p.rotate(-rotation / 10.0);
+    const QRectF cadre(gauche, 0, l, h);
+    if (fond != -1) p.fillRect(cadre, CouleurBGR(fond));
+    p.setPen(CouleurBGR(couleur));
+    p.drawText(cadre, drapeaux, texte);
+  }
+  Bitmap dessine;
+  if (!Convert_PictureToImage(picture, dessine)) return false;
+  FIBITMAP* nouveau = dessine.Release();
+  return Remplacer(image, nouveau, "Text could not be drawn");
+}
+
+bool cAdvancedImagery::MemoryDC_FillRectangle(Bitmap& image, int x, int y, int l, int h, int couleur) {
+  if (!Valide(image) || !CouleursVraies(image)) return false;
+  FIBITMAP* dib = image.Get();
+  const int largeur = static_cast<int>(FreeImage_GetWidth(dib));
+  const int hauteur = static_cast<int>(FreeImage_GetHeight(dib));
+  const int octets = static_cast<int>(FreeImage_GetBPP(dib)) / 8;
+  const int x0 = std::max(x, 0), x1 = std::min(x + l, largeur);
+  const int y0 = std::max(y, 0), y1 = std::min(y + h, hauteur);
+  const QColor c = CouleurBGR(couleur);
+  for (int py = y0; py < y1; ++py) {
+    BYTE* ligne = FreeImage_GetScanLine(dib, hauteur - 1 - py);
+    for (int px = x0; px < x1; ++px)
+      EcrirePixel(ligne, px, octets, static_cast<BYTE>(c.red()), static_cast<BYTE>(c.green()),
+                  static_cast<BYTE>(c.blue()));
+  }
+  return true;
+}
+
+// ---- Clipboard ----
+
+bool cAdvancedImagery::Clipboard_Get(Bitmap& sortie) {
+  sortie.Reset();
+  QClipboard* pressePapier = qGuiApp != nullptr ? QGuiApplication::clipboard() : nullptr;
+  if (pressePapier == nullptr) return Echec("No clipboard available");
+  const QImage image = pressePapier->image();
+  if (image.isNull()) return Echec("No picture on the clipboard");
+  return Convert_PictureToImage(image, sortie);
+}
+
+bool cAdvancedImagery::Clipboard_Set(const Bitmap& image) {
+  QClipboard* pressePapier = qGuiApp != nullptr ? QGuiApplication::clipboard() : nullptr;
+  if (pressePapier == nullptr) return Echec("No clipboard available");
+  QImage picture;
+  if (!Convert_ImageToPicture(image, picture)) return false;
+  pressePapier->setImage(picture);
+  return true;
+}
+
+// ---- Metadata ----
+
+bool cAdvancedImagery::Metadata_Get_EXIF(const Bitmap& image, QString& texte, int genre) {
+  texte.clear();
+  if (!Valide(image)) return false;
+  FREE_IMAGE_MDMODEL modele;
+  if (genre == 1) modele = FIMD_EXIF_MAIN;
+  else if (genre == 2) modele = FIMD_EXIF_EXIF;
+  else return Echec(QString("Unknown metadata kind %1").arg(genre));
+  QStringList lignes;
+  FITAG* tag = nullptr;
+  FIMETADATA* recherche = FreeImage_FindFirstMetadata(modele, image.Get(), &tag);
+  if (recherche != nullptr) {
+    do {
+      const char* cle = FreeImage_GetTagKey(tag);
+      if (cle == nullptr) continue;
+      QString valeur;
+      if (LuEnFraction(cle)) valeur = TexteFraction(tag);
+      if (valeur.isEmpty()) {
+        const char* affiche = FreeImage_TagToString(modele, tag, nullptr);
+        valeur = affiche != nullptr ? DepuisWindows1252(QByteArray(affiche)) : QString();
+      }
+      lignes << QString::fromLatin1(cle) + " = " + valeur;
+    } while (FreeImage_FindNextMetadata(recherche, &tag));
+    FreeImage_FindCloseMetadata(recherche);
+  }
+  texte = lignes.join("\r\n");
+  return true;
+}
+
+bool cAdvancedImagery::Metadata_Get_Comments(const Bitmap& image, QString& texte) {
+  texte.clear();
+  if (!Valide(image)) return false;
+  FITAG* tag = nullptr;
+  if (!FreeImage_GetMetadata(FIMD_COMMENTS, image.Get(), "Comment", &tag) || tag == nullptr) return true;
+  const char* valeur = static_cast<const char*>(FreeImage_GetTagValue(tag));
+  if (valeur == nullptr) return true;
+  QByteArray octets(valeur, static_cast<qsizetype>(FreeImage_GetTagLength(tag)));
+  // The stored length counts the closing NUL.
+  const qsizetype fin = octets.indexOf('\0');
+  if (fin >= 0) octets.truncate(fin);
+  texte = DepuisWindows1252(octets);
+  return true;
+}
+
+bool cAdvancedImagery::Metadata_Set_Comments(Bitmap& image, const QString& texte) {
+  if (!Valide(image)) return false;
+  QByteArray octets = VersWindows1252(texte);
+  const qsizetype fin = octets.indexOf('\0');
+  if (fin >= 0) octets.truncate(fin);  // the JPEG writer stops at the first NUL
+  if (octets.isEmpty()) {
+    FreeImage_SetMetadata(FIMD_COMMENTS, image.Get(), "Comment", nullptr);
+    return true;
+  }
+  // One JPEG comment segment holds at most 65533 bytes.
+  if (octets.size() > 65533) return Echec("Comment is too long (65533 bytes at most)");
+  FITAG* tag = FreeImage_CreateTag();
+  if (tag == nullptr) return EchecBibliotheque("Comment could not be attached");
+  const auto longueur = static_cast<DWORD>(octets.size() + 1);
+  const bool fait = FreeImage_SetTagKey(tag, "Comment") && FreeImage_SetTagType(tag, FIDT_ASCII) &&
+                    FreeImage_SetTagLength(tag, longueur) && FreeImage_SetTagCount(tag, longueur) &&
+                    FreeImage_SetTagValue(tag, octets.constData()) &&
+                    FreeImage_SetMetadata(FIMD_COMMENTS, image.Get(), "Comment", tag);
+  FreeImage_DeleteTag(tag);
+  if (!fait) return EchecBibliotheque("Comment could not be attached");
+  return true;
+}
+
+}  // namespace tg

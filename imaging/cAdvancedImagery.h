@@ -1,0 +1,136 @@
+#pragma once
+// The imaging contract: the only code of the program that calls FreeImage.
+// Every operation returns true on success; on failure it returns false, leaves
+// its out bitmap empty and keeps the reason for Error_GetLast().
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QString>
+
+#include "imaging/Bitmap.h"
+
+namespace tg {
+
+// FreeImage's own FREE_IMAGE_FORMAT numbers, as IO_SaveImage takes them.
+enum FormatFichier { FormatBMP = 0, FormatJPEG = 2, FormatTIFF = 18 };
+
+struct InfosImage {
+  int largeur = 0;
+  int hauteur = 0;
+  int bpp = 0;
+  int couleursUtilisees = 0;
+  int pitch = 0;  // bytes per scan line
+  int dpiX = 0;
+  int dpiY = 0;
+  bool transparent = false;
+};
+
+struct InfosEcran {
+  int largeur = 0;
+  int hauteur = 0;
+  int profondeur = 0;  // bits per pixel
+  int frequence = 0;   // Hz
+  bool palette = false;
+  int couleursPalette = 0;
+  int dpiX = 0;
+  int dpiY = 0;
+};
+
+// Text alignment codes of Effect_OverlayText.
+enum AlignementTexte { AlignGauche = 0, AlignCentre = 1, AlignDroite = 2 };
+
+class cAdvancedImagery {
+ public:
+  cAdvancedImagery();  // routes the library's messages to the last-error text
+  QString Error_GetLast() const { return derniereErreur_; }
+
+  // Loads any type FreeImage reads; BMP files that FreeImage refuses (V4/V5
+  // headers) are read through Qt. The two extra arguments of the system
+  // (-1, 0) carry nothing here.
+  bool IO_LoadImage(const QString& chemin, Bitmap& sortie);
+  // format: FormatBMP, FormatJPEG or FormatTIFF; flags: JPEG quality 1 to 100,
+  // else 0. The attached comment and EXIF are written with the file.
+  bool IO_SaveImage(const Bitmap& image, const QString& chemin, int format, int flags);
+  // A new black bitmap of `bpp` bits per pixel (24 for the program).
+  bool IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp = 24);
+  void IO_DestroyBitmap(Bitmap& image);
+  bool IO_Copy(const Bitmap& source, Bitmap& sortie);
+
+  // x, y from the top-left corner; colour as 0xBBGGRR.
+  bool Color_GetPixel(const Bitmap& image, int x, int y, int& couleur);
+  // Splits a 0xBBGGRR colour into its components.
+  static void Color_OLE(int couleur, int& rouge, int& vert, int& bleu);
+
+  bool Convert_ImageToPicture(const Bitmap& image, QImage& sortie);
+  bool Convert_PictureToImage(const QImage& image, Bitmap& sortie);
+
+  // Draws the bitmap at (x, y) with size (l, h) on the painter; the second
+  // leaves out the colour set by Effect_SetTransparentColor.
+  bool Render_Normal(const Bitmap& image, QPainter& p, int x, int y, int l, int h);
+  bool Render_Transparent(const Bitmap& image, QPainter& p, int x, int y, int l, int h);
+
+  int Info_Width(const Bitmap& image);
+  int Info_Height(const Bitmap& image);
+  bool Info_ALL(const Bitmap& image, InfosImage& infos);
+  bool Screen_Info(InfosEcran& infos);
+
+  bool Effect_Invert(Bitmap& image);
+  // filtre: 1 bilinear, 2 B-spline, 3 Lanczos 3, 4 bicubic, other Lanczos 3.
+  // A width or height below 1 becomes 1.
+  bool Effect_Resize(Bitmap& image, int largeur, int hauteur, int filtre);
+  // angle 90, 180 or 270, counter-clockwise as FreeImage turns.
+  bool Effect_Rotate90(Bitmap& image, int angle);
+  bool Effect_Brightness(Bitmap& image, double pourcentage);
+  bool Effect_Contrast(Bitmap& image, double pourcentage);
+  bool Effect_Gamma(Bitmap& image, double gamma);
+  bool Effect_Grayscale(Bitmap& image);
+
+  // Pixel loops of this layer; see PixelEffects.h.
+  bool Effect_Blur(Bitmap& image, bool normal);
+  bool Effect_Sharpen(Bitmap& image, bool normal);
+  bool Effect_Emboss(Bitmap& image, bool fort, bool gris);
+  bool Effect_Etch(Bitmap& image, bool fort, bool gris);
+  bool Effect_RGB_Filter(Bitmap& image, float rouge, float vert, float bleu);
+
+  // Copies the rectangle (x, y, l, h) of `source` enlarged by `facteur` into `sortie`.
+  // The rectangle must lie inside the picture; facteur 1 is a plain crop, other
+  // factors resample without smoothing so that the pixels stay visible.
+  bool Effect_Zoom(const Bitmap& source, Bitmap& sortie, int x, int y, int l, int h, double facteur);
+  // A copy whose longer side is at most `cote` pixels (pictures of the finder).
+  bool Effect_Thumbnail(const Bitmap& source, Bitmap& sortie, int cote);
+  // Colour 0xBBGGRR that Render_Transparent and Effect_OverlayPicture leave out; -1 for none.
+  bool Effect_SetTransparentColor(Bitmap& image, int couleur);
+  // Pastes `dessus` onto `dessous` at (x, y) (top-left), leaving out its transparent colour.
+  bool Effect_OverlayPicture(Bitmap& dessous, const Bitmap& dessus, int x, int y);
+  // Draws `texte` at (x, y); alignment AlignGauche/Centre/Droite, rotation in
+  // tenths of a degree, colours 0xBBGGRR, fond -1 for no background.
+  bool Effect_OverlayText(Bitmap& image, const QString& texte, const QFont& police, int couleur,
+                          int fond, int x, int y, int alignement, int rotation);
+  bool MemoryDC_FillRectangle(Bitmap& image, int x, int y, int l, int h, int couleur);
+
+  // Fails when the clipboard holds no picture.
+  bool Clipboard_Get(Bitmap& sortie);
+  bool Clipboard_Set(const Bitmap& image);
+
+  // genre 1: main directory, 2: EXIF directory; one "name = value" line per tag.
+  bool Metadata_Get_EXIF(const Bitmap& image, QString& texte, int genre);
+  bool Metadata_Get_Comments(const Bitmap& image, QString& texte);
+  bool Metadata_Set_Comments(Bitmap& image, const QString& texte);
+
+ private:
+  bool Echec(const QString& texte);
+  // Echec with the library's own message, when it gave one, after the text.
+  bool EchecBibliotheque(const QString& texte);
+  bool Valide(const Bitmap& image);
+  // Replaces the bitmap by `nouveau`, carrying the metadata over; false (and
+  // the bitmap untouched) when `nouveau` is null.
+  bool Remplacer(Bitmap& image, FIBITMAP* nouveau, const QString& texteEchec);
+  // Brings a bitmap to 24 bits unless it is already 24 or 32 bits.
+  bool CouleursVraies(Bitmap& image);
+  bool En24Bits(Bitmap& image);
+  QString derniereErreur_;
+  int couleurTransparente_ = -1;
+};
+
+}  // namespace tg

@@ -1,0 +1,169 @@
+// The Qt dialogues of the program, and the filter and colour conversions
+// they need.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "platform/Dialogues.h"
+#include "platform/MsgBoxEx.h"
+
+namespace tg {
+
+namespace {
+
+QMessageBox::Icon IconeQt(Icone icone) {
+  switch (icone) {
+    case Icone::Critique: return QMessageBox::Critical;
+    case Icone::Question: return QMessageBox::Question;
+    case Icone::Exclamation: return QMessageBox::Warning;
+    case Icone::Information: return QMessageBox::Information;
+    case Icone::Aucune: break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButton BoutonQt(Reponse r) {
+  switch (r) {
+    case Reponse::OK: return QMessageBox::Ok;
+    case Reponse::Oui: return QMessageBox::Yes;
+    case Reponse::Non: return QMessageBox::No;
+    case Reponse::Annuler: return QMessageBox::Cancel;
+  }
+  return QMessageBox::NoButton;
+}
+
+// The window in front, so that the dialog is centred on it and modal to it.
+QWidget* Parent() { return QApplication::activeWindow(); }
+
+class DialoguesQt : public IDialogues {
+ public:
+  void Message(const QString& titre, const QString& texte, Icone icone) override {
+    QMessageBox boite(IconeQt(icone), titre, texte, QMessageBox::Ok, Parent());
+    boite.exec();
+  }
+
+  Reponse Question(const QString& titre, const QString& texte, Boutons boutons, Reponse defaut,
+                   Icone icone) override {
+    QMessageBox::StandardButtons b;
+    switch (boutons) {
+      case Boutons::OK: b = QMessageBox::Ok; break;
+      case Boutons::OuiNon: b = QMessageBox::Yes | QMessageBox::No; break;
+      case Boutons::OuiNonAnnuler:
+        b = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        break;
+      case Boutons::OKAnnuler: b = QMessageBox::Ok | QMessageBox::Cancel; break;
+    }
+    QMessageBox boite(IconeQt(icone), titre, texte, b, Parent());
+    if (b.testFlag(BoutonQt(defaut))) boite.setDefaultButton(BoutonQt(defaut));
+    // The buttons keep the system's French words whatever the translation loaded.
+    const std::pair<QMessageBox::StandardButton, const char16_t*> mots[] = {
+        {QMessageBox::Yes, u"Oui"}, {QMessageBox::No, u"Non"}, {QMessageBox::Cancel, u"Annuler"}};
+    for (const auto& [bouton, mot] : mots)
+      if (QAbstractButton* w = boite.button(bouton)) w->setText(QString::fromUtf16(mot));
+
+    switch (boite.exec()) {
+      case QMessageBox::Yes: return Reponse::Oui;
+      case QMessageBox::No: return Reponse::Non;
+      case QMessageBox::Cancel: return Reponse::Annuler;
+      case QMessageBox::Ok: return Reponse::OK;
+      default: break;
+    }
+    // Closed by the title bar or Escape without a cancel button.
+    if (b.testFlag(QMessageBox::Cancel)) return Reponse::Annuler;
+    return boutons == Boutons::OuiNon ? Reponse::Non : Reponse::OK;
+  }
+
+  std::optional<QString> Saisie(const QString& titre, const QString& invite,
+                                const QString& defaut) override {
+    bool ok = false;
+    const QString s =
+        QInputDialog::getText(Parent(), titre, invite, QLineEdit::Normal, defaut, &ok);
+    if (!ok) return std::nullopt;
+    return s;
+  }
+
+  QString FichierOuvrir(const QString& titre, const QString& dossier,
+                        const QString& filtre) override {
+    return QFileDialog::getOpenFileName(Parent(), titre, dossier, FiltreQt(filtre));
+  }
+
+  QString FichierEnregistrer(const QString& titre, const QString& dossier,
+                             const QString& nomDefaut, const QString& filtre) override {
+    const QString depart =
+        dossier.isEmpty() ? nomDefaut : QDir(dossier).filePath(nomDefaut);
+    return QFileDialog::getSaveFileName(Parent(), titre, depart, FiltreQt(filtre));
+  }
+
+  QString Dossier(const QString& titre, const QString& depart) override {
+    return QFileDialog::getExistingDirectory(Parent(), titre, depart);
+  }
+
+  int Couleur(int initiale) override {
+    const QColor depart = initiale < 0 ? QColor(Qt::black) : VersQColor(initiale);
+    return DepuisQColor(QColorDialog::getColor(depart, Parent()));
+  }
+
+  std::optional<QFont> Police(const QFont& initiale) override {
+    bool ok = false;
+    const QFont f = QFontDialog::getFont(&ok, initiale, Parent());
+    if (!ok) return std::nullopt;
+    return f;
+  }
+
+  void MsgBoxEx(const Bulle& bulle, int& nePlusAfficher) override {
+    frmMsgBoxEx boite(bulle, nePlusAfficher, Parent());
+    boite.exec();
+    nePlusAfficher = boite.NePlusAfficher() ? 1 : 0;
+  }
+};
+
+IDialogues* g_installes = nullptr;
+
+}  // namespace
+
+QString FiltreQt(const QString& filtre) {
+  const QStringList parts = filtre.split(u'|');
+  QStringList filtres;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QString libelle = parts[i].trimmed();
+    // The label often repeats its patterns in brackets; Qt reads the last
+    // brackets as the patterns, so they are replaced by the real ones.
+    if (libelle.endsWith(u')')) {
+      const qsizetype ouvre = libelle.lastIndexOf(u'(');
+      if (ouvre >= 0) libelle = libelle.left(ouvre).trimmed();
+    }
+    QStringList motifs;
+    for (const QString& m : parts[i + 1].split(u';', Qt::SkipEmptyParts)) {
+      const QString t = m.trimmed();
+      if (t.isEmpty()) continue;
+      motifs << (t == u"*.*" ? QStringLiteral("*") : t);
+    }
+    if (motifs.isEmpty()) motifs << QStringLiteral("*");
+    filtres << (libelle.isEmpty() ? QString() : libelle + u' ') + u'(' + motifs.join(u' ') + u')';
+  }
+  return filtres.join(QStringLiteral(";;"));
+}
+
+QColor VersQColor(int bgr) {
+  if (bgr < 0) return {};
+  return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+}
+
+int DepuisQColor(const QColor& couleur) {
+  if (!couleur.isValid()) return -1;
+  return couleur.red() | (couleur.green() << 8) | (couleur.blue() << 16);
+}
+
+IDialogues& Dialogues() {
+  static DialoguesQt qt;
+  return g_installes != nullptr ? *g_installes : qt;
+}
+
+void InstallerDialogues(IDialogues* d) { g_installes = d; }
+
+}  // namespace tg

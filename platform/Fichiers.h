@@ -1,0 +1,29 @@
+#pragma once
+// 8-bit Windows-1252 text files with CR LF line ends, the sequential-write
+// lists ("item" a line) and file/folder tests.
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace tg {
+
+// Windows-1252 <-> Unicode. An unmappable character is written as "?".
+QByteArray VersWindows1252(const QString& texte);
+QString DepuisWindows1252(const QByteArray& octets);
+
+// Reads the lines of a Windows-1252 file (CR LF, LF or CR ends); empty list
+// and false when the file cannot be read.
+bool LireLignes(const QString& chemin, QStringList& lignes);
+// Writes the lines, each ended by CR LF, through a temporary file that then
+// replaces the target. False when the folder cannot be written.
+bool EcrireLignes(const QString& chemin, const QStringList& lignes);
+
+// Sequential-write list: each item on its own line, strings quoted ("item"),
+// numbers bare. Reading removes the quotes and keeps empty items as "".
+bool LireListe(const QString& chemin, QStringList& items);
+bool EcrireListe(const QString& chemin, const QStringList& items);
+
+bool FileExists(const QString& chemin);
+bool FolderExists(const QString& chemin);
+
+}  // namespace tg

@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+
+#include "core/modMain.h"
+#include "platform/Fichiers.h"
+#include "platform/Ini.h"
+#include "platform/Liste.h"
+#include "platform/Systeme.h"
+#include "tests/support/DialoguesScriptes.h"
+
+using namespace tg;
+
+namespace {
+QByteArray Octets(const QString& chemin) {
+  QFile f(chemin);
+  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+void Ecrire(const QString& chemin, const QByteArray& octets) {
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write(octets);
+}
+}  // namespace
+
+TEST(RecupereValeurIni, FichierAbsentDonneLesDefautsEtCreeLesDossiers) {
+  test::DialoguesScriptes d;
+  SessionRecord s;
+  s.NomAuteur = s.PathNav = "autre";
+  s.PoidsMax = 1;
+  s.FontBold1 = false;
+  RecupereValeurIni(s);
+
+  const QString docs = DossierDocuments();
+  EXPECT_EQ(s.DocPath, docs);
+  EXPECT_EQ(s.NomAuteur, "Votre nom");
+  EXPECT_EQ(s.NomFichImage, "forum_");
+  EXPECT_EQ(s.NextNumberImage, 1);
+  EXPECT_EQ(s.MessageBox, 0);
+  EXPECT_EQ(s.PoidsMax, 250);
+  EXPECT_EQ(s.ApnLarg, 800);
+  EXPECT_EQ(s.ApnHaut, 600);
+  EXPECT_EQ(s.FontName1, "Comic Sans MS");
+  EXPECT_TRUE(s.FontBold1);
+  EXPECT_EQ(s.FontName2, "Arial");
+  EXPECT_EQ(s.FontSize2, 8);
+  EXPECT_EQ(s.PathNav, "Explorer");
+  EXPECT_EQ(s.RepTravail, docs + "Tessellographe/ImageTravail");
+  EXPECT_EQ(s.RepEtalon, docs + "Tessellographe/ImageEtalon");
+  EXPECT_EQ(s.RepApPhoto, docs);
+  EXPECT_TRUE(FolderExists(s.RepTravail));
+  EXPECT_TRUE(FolderExists(s.RepEtalon));
+  EXPECT_FALSE(QFile::exists(CheminUserConfig())) << "reading must not create the file";
+  EXPECT_TRUE(d.appels.empty());
+}
+
+TEST(RecupereValeurIni, LitLesValeursPresentes) {
+  test::DialoguesScriptes d;
+  Ecrire(CheminUserConfig(),
+         "[General]\r\nNomAuteur=J. Dupr\xE9\r\nMessageBox=1\r\nTitreImage=0\r\n"
+         "[FormatImage]\r\nApnLarg=1024\r\nApnHaut=768\r\nFontBold1=FAUX\r\n"
+         "FontItalic2=VRAI\r\n[Application]\r\nApExt2=/usr/bin/gimp\r\n");
+  SessionRecord s;
+  RecupereValeurIni(s);
+  EXPECT_EQ(s.NomAuteur, "J. Dupré");
+  EXPECT_EQ(s.MessageBox, 1);
+  EXPECT_EQ(s.TitreImageConfig, "0");
+  EXPECT_EQ(s.ApnLarg, 1024);
+  EXPECT_EQ(s.ApnHaut, 768);
+  EXPECT_FALSE(s.FontBold1);
+  EXPECT_TRUE(s.FontItalic2);
+  EXPECT_EQ(s.ApExt[2], "/usr/bin/gimp");
+  EXPECT_EQ(s.ApExt[0], "");
+  EXPECT_TRUE(d.appels.empty());
+}
+
+TEST(RecupereValeurIni, ValeurIllisibleSignaleeEnFormeStandard) {
+  test::DialoguesScriptes d;
+  Ecrire(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=beaucoup\r\n");
+  SessionRecord s;
+  RecupereValeurIni(s);
+  ASSERT_EQ(d.appels.size(), 1u);
+  EXPECT_EQ(d.Dernier().texte,
+            "Error 13 (Incompatibilité de type) in procedure RecupereValeurIni of Module modMain");
+
+  d.appels.clear();
+  Ecrire(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=40000\r\n");  // beyond 16 bits
+  RecupereValeurIni(s);
+  ASSERT_EQ(d.appels.size(), 1u);
+  EXPECT_TRUE(d.Dernier().texte.startsWith("Error 6 ("));
+}
+
+TEST(Objectifs, PremierLancementPuisLecture) {
+  ASSERT_TRUE(EcrireObjectifDefaut());
+  QByteArray attendu = "4\r\n10\r\n20\r\n40\r\n100\r\n";
+  for (int i = 5; i < 30; ++i) attendu += "\"\"\r\n";
+  EXPECT_EQ(Octets(CheminObjectif()), attendu);
+
+  ListeSimple liste;
+  liste.items = {"ancien"};
+  ChargerListeObjectif(liste);
+  EXPECT_EQ(liste.items, QStringList({"4", "10", "20", "40", "100"}));
+}
+
+TEST(Objectifs, LignesVidesSauteesEtTrenteEtUniemeJamaisLue) {
+  QByteArray contenu = "\"\"\r\n\"5\"\r\n";
+  for (int i = 3; i <= 30; ++i) contenu += QByteArray::number(i * 10) + "\r\n";
+  contenu += "999\r\n";  // line 31
+  Ecrire(CheminObjectif(), contenu);
+  ListeSimple liste;
+  ChargerListeObjectif(liste);
+  ASSERT_EQ(liste.Nombre(), 29);
+  EXPECT_EQ(liste.Item(0), "5");
+  EXPECT_EQ(liste.Item(28), "300");
+  EXPECT_FALSE(liste.items.contains("999"));
+}
+
+TEST(Objectifs, FichierAbsentLaisseLaListeVide) {
+  ListeSimple liste;
+  liste.items = {"x"};
+  ChargerListeObjectif(liste);
+  EXPECT_EQ(liste.Nombre(), 0);
+}
