@@ -6,6 +6,7 @@
 
 #include "core/Session.h"
 #include "core/SessionRecord.h"
+#include "app/Assemblage.h"
 #include "core/frmFichierPhoto.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
@@ -49,6 +50,7 @@ int main(int argc, char** argv) {
   tg::PrendreFormatConfig(session);
 
   tg::frmFichierPhoto fenetre(session, imagerie);
+  tg::Assembler(fenetre);
   fenetre.showMaximized();
   return QApplication::exec();
 }
