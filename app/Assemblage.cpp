@@ -1,10 +1,24 @@
 #include "app/Assemblage.h"
 
+#include "cartouche/modExtractMeta.h"
+#include "core/Chargement.h"
 #include "core/frmFichierPhoto.h"
+#include "core/frmFichierPhotoChargement.h"
+#include "measure/InstallationTables.h"
+#include "metadata/ui/frmEditComments.h"
 
 namespace tg {
 
 void Assembler(frmFichierPhoto& fenetre) {
+  // Loading, output formats and saving (core).
+  InstallerChargementEtFormats(fenetre);
+  // Measurement tables: creating and managing them (measure).
+  InstallerTablesMesure(fenetre);
+  // Readers of the comment block and EXIF fields, step 7 of a load (cartouche).
+  InstallerLecteurMeta(&LireMetadonneesImage);
+  // The comment editor of the picture file on disk (metadata).
+  fenetre.DefinirCrochet(QStringLiteral("frmEditComments"),
+                         [&fenetre] { frmEditComments::Ouvrir(fenetre); });
   (void)fenetre;
 }
 

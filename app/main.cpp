@@ -8,8 +8,10 @@
 #include "core/SessionRecord.h"
 #include "app/Assemblage.h"
 #include "core/frmFichierPhoto.h"
+#include "core/frmMain.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "measure/TableMesure.h"
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "version.h"
@@ -40,17 +42,11 @@ int main(int argc, char** argv) {
   // a path with blanks may come in several arguments.
   QStringList arguments = QApplication::arguments();
   arguments.removeFirst();
-  session.CheminLigneCommande = arguments.join(u' ');
 
-  session.DocPath = tg::DossierDocuments();
-  session.DossierTemporaire = tg::GetTemporyFolderPath();
-  session.SeparateurDecimal = tg::SeparateurDecimalSysteme();
-  session.PaysUtilisateur = tg::PaysUtilisateurSysteme();
-  tg::RecupereValeurIni(session);
-  tg::PrendreFormatConfig(session);
-
-  tg::frmFichierPhoto fenetre(session, imagerie);
-  tg::Assembler(fenetre);
-  fenetre.showMaximized();
+  tg::InitialiserTablesMesure();  // a pending table_mesure.cfg, empty table files
+  // frmMain runs the start-up, then opens the main window or, on a first
+  // run, stays as the welcome window.
+  tg::frmMain demarrage(session, imagerie, [](tg::frmFichierPhoto& f) { tg::Assembler(f); });
+  if (!demarrage.Charger(arguments.join(u' '))) return 1;  // screen too small
   return QApplication::exec();
 }

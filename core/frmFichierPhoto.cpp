@@ -19,6 +19,7 @@
 #include <QVBoxLayout>
 
 #include "core/Adresses.h"
+#include "core/Demarrage.h"
 #include "core/FormatsSortie.h"
 #include "core/Icones.h"
 #include "core/LogiquePrincipale.h"
@@ -414,6 +415,9 @@ void frmFichierPhoto::Charger() {
   }
 
   imaOrigine_->hide();
+  // Working files of the last session; the open dialog starts among the photos.
+  NettoyerFichiersTravail(s_);
+  PlacerDossierPhotos(s_);
 
   s_.Etape = 0;
   AppliquerEtape();

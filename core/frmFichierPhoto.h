@@ -104,6 +104,7 @@ class frmFichierPhoto : public QMainWindow {
   void CopierFichier();
 
   SessionRecord& Session() { return s_; }
+  cAdvancedImagery& Imagerie() { return ai_; }
   // Filter of the picture open dialogs, built once.
   const QString& FiltreImages() const { return filtreImages_; }
 

@@ -1,0 +1,23 @@
+// commentaire lire FICHIER | commentaire ecrire FICHIER --depuis TEXTE: the
+// comment of a JPEG file, rewritten as the comment editor does.
+#include <QTextStream>
+#include <cstdio>
+
+#include "cli/Commandes.h"
+#include "metadata/CommandesMeta.h"
+
+namespace tg::cli {
+namespace {
+
+const Enregistrement enregistrement(
+    "commentaire",
+    "commentaire lire FICHIER | commentaire ecrire FICHIER --depuis TEXTE   (texte UTF-8 ou "
+    "Windows-1252)",
+    [](const QStringList& arguments) {
+      QTextStream sortie(stdout);
+      QTextStream erreurs(stderr);
+      return tg::meta::CommandeCommentaire(arguments, sortie, erreurs);
+    });
+
+}  // namespace
+}  // namespace tg::cli

@@ -1,0 +1,138 @@
+// tessellographe-cli echelle FICHIER [--json]: the scale that a picture saved
+// by this program carries in its comment block, read with the program's own
+// loading steps and readers.
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringList>
+#include <cstdio>
+#include <optional>
+
+#include "cartouche/modExtractMeta.h"
+#include "cli/Commandes.h"
+#include "core/Chargement.h"
+#include "core/SessionRecord.h"
+#include "imaging/cAdvancedImagery.h"
+#include "platform/Dialogues.h"
+#include "platform/Nombres.h"
+#include "platform/Textes.h"
+
+namespace tg::cli {
+
+namespace {
+
+void Erreur(const QString& texte) { std::fputs((texte + u'\n').toUtf8().constData(), stderr); }
+
+// The readers' messages, gathered for standard error: no window here.
+class DialoguesConsole : public IDialogues {
+ public:
+  DialoguesConsole() { InstallerDialogues(this); }
+  ~DialoguesConsole() override { InstallerDialogues(nullptr); }
+  QStringList messages;
+
+  void Message(const QString&, const QString& texte, Icone) override { messages << texte; }
+  Reponse Question(const QString&, const QString& texte, Boutons, Reponse defaut, Icone) override {
+    messages << texte;
+    return defaut;
+  }
+  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
+    return std::nullopt;
+  }
+  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
+  QString FichierEnregistrer(const QString&, const QString&, const QString&,
+                             const QString&) override {
+    return {};
+  }
+  QString Dossier(const QString&, const QString&) override { return {}; }
+  int Couleur(int) override { return -1; }
+  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
+  void MsgBoxEx(const Bulle& bulle, int&) override { messages << bulle.texte; }
+};
+
+std::optional<double> Nombre(const QString& texte) {
+  double v = 0;
+  if (!LireNombre(texte, v)) return std::nullopt;
+  return v;
+}
+
+// A JSON number for a text of either decimal separator; null when it is none.
+QJsonValue NombreJson(const QString& texte) {
+  const auto v = Nombre(texte);
+  return v ? QJsonValue(*v) : QJsonValue(QJsonValue::Null);
+}
+
+int Echelle(const QStringList& arguments) {
+  bool json = false;
+  QStringList fichiers;
+  for (const QString& a : arguments) {
+    if (a == u"--json")
+      json = true;
+    else
+      fichiers << a;
+  }
+  if (fichiers.size() != 1) {
+    Erreur(QStringLiteral("Usage : tessellographe-cli echelle FICHIER [--json]"));
+    return 2;
+  }
+  const QString chemin = fichiers.first();
+  if (!QFileInfo(chemin).isFile()) {
+    Erreur("Fichier introuvable : " + chemin);
+    return 3;
+  }
+
+  DialoguesConsole dialogues;
+  SessionRecord s;
+  s.SeparateurDecimal = SeparateurDecimalSysteme();
+  cAdvancedImagery ai;
+  if (!ChargerBitmap(s, ai, chemin)) {
+    Erreur("Votre fichier n'est pas une image reconnue : " + chemin);
+    return 3;
+  }
+  dialogues.messages << RemplirSession(s, ai, chemin);
+  LireMetadonneesImage(s);
+  ai.IO_DestroyBitmap(s.ImageCourante);
+  for (const QString& m : dialogues.messages) Erreur(m);
+
+  if (s.CommentaireImage.isEmpty() || s.Application.isEmpty()) {
+    Erreur("Ce fichier ne porte pas de bloc de métadonnées Tessellographe : " + chemin);
+    return 3;
+  }
+  const auto pixels = Nombre(s.EchellePix);
+  const auto longueur = Nombre(s.EchelleMic);
+  if (!pixels || !longueur || *pixels <= 0 || *longueur <= 0) {
+    Erreur("Aucune échelle dans le bloc de métadonnées de ce fichier : " + chemin);
+    return 3;
+  }
+  // EchellePix pixels are EchelleMic units of UniteEtalon.
+  const double microns = *longueur * (s.UniteEtalon == u"mm" ? 1000.0 : 1.0);
+  const double micronsParPixel = microns / *pixels;
+  const QString reduction = TexteReel(s.ReductionImage, s.SeparateurDecimal);
+
+  if (json) {
+    QJsonObject o;
+    o.insert("EchellePix", NombreJson(s.EchellePix));
+    o.insert("EchelleMic", NombreJson(s.EchelleMic));
+    o.insert("UniteEtalon", s.UniteEtalon);
+    o.insert("LargeurOrigine", NombreJson(s.LargeurOrigineMeta));
+    o.insert("ReductionImage", NombreJson(reduction));
+    o.insert("MicronsParPixel", micronsParPixel);
+    std::fputs(QJsonDocument(o).toJson(QJsonDocument::Compact).append('\n').constData(), stdout);
+    return 0;
+  }
+  const QStringList lignes = {
+      "EchellePix=" + s.EchellePix,
+      "EchelleMic=" + s.EchelleMic,
+      "UniteEtalon=" + s.UniteEtalon,
+      "LargeurOrigine=" + s.LargeurOrigineMeta,
+      "ReductionImage=" + reduction,
+      "MicronsParPixel=" + TexteReel(micronsParPixel, s.SeparateurDecimal),
+  };
+  std::fputs((lignes.join(u'\n') + u'\n').toUtf8().constData(), stdout);
+  return 0;
+}
+
+const Enregistrement enregistrement("echelle", "echelle FICHIER [--json]", &Echelle);
+
+}  // namespace
+
+}  // namespace tg::cli

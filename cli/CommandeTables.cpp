@@ -1,0 +1,154 @@
+// tessellographe-cli tables lister [--json]
+// tessellographe-cli tables ajouter --modele M --largpix N --micro T --config T
+//                                   --obj X --pix N --mic N [--focale F]
+// The measurement tables of the program folder ($TESSELLOGRAPHE_HOME), listed
+// as the program shows them, or one appended through the checks of the
+// creation dialog.
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringList>
+#include <cstdio>
+#include <map>
+
+#include "cli/Commandes.h"
+#include "core/modMain.h"
+#include "measure/SaisieTable.h"
+#include "measure/TableMesure.h"
+#include "measure/modOpTableMesure.h"
+#include "platform/Dialogues.h"
+#include "platform/Fichiers.h"
+#include "platform/Liste.h"
+#include "platform/Textes.h"
+
+namespace tg::cli {
+
+namespace {
+
+void Sortie(const QString& texte, FILE* flux) {
+  std::fputs((texte + u'\n').toUtf8().constData(), flux);
+}
+
+// Messages of the lookups go to standard error: no window here.
+class DialoguesTables : public IDialogues {
+ public:
+  DialoguesTables() { InstallerDialogues(this); }
+  ~DialoguesTables() override { InstallerDialogues(nullptr); }
+  void Message(const QString&, const QString& texte, Icone) override { Sortie(texte, stderr); }
+  Reponse Question(const QString&, const QString& texte, Boutons, Reponse defaut, Icone) override {
+    Sortie(texte, stderr);
+    return defaut;
+  }
+  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
+    return std::nullopt;
+  }
+  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
+  QString FichierEnregistrer(const QString&, const QString&, const QString&,
+                             const QString&) override {
+    return {};
+  }
+  QString Dossier(const QString&, const QString&) override { return {}; }
+  int Couleur(int) override { return -1; }
+  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
+  void MsgBoxEx(const Bulle& bulle, int&) override { Sortie(bulle.texte, stderr); }
+};
+
+const char* const kUsage =
+    "tables lister [--json] | tables ajouter --modele M --largpix N --micro T --config T "
+    "--obj X --pix N --mic N [--focale F]";
+
+int Lister(const QStringList& options) {
+  const bool json = options.contains(QStringLiteral("--json"));
+  if (options.size() > (json ? 1 : 0)) {
+    Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+    return 2;
+  }
+  const QString separateur = SeparateurDecimalSysteme();
+  if (!json) {
+    ListeSimple combo;
+    RemplirComboTable(combo, separateur);
+    for (int i = 1; i < combo.Nombre(); ++i) Sortie(combo.Item(i), stdout);
+    return 0;
+  }
+  QJsonArray tables;
+  if (FileExists(CheminTableMesure())) {
+    FichierMesure f;
+    if (!f.Ouvrir()) {
+      Sortie(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+             stderr);
+      return 3;
+    }
+    const int nbEnreg = f.LireEntete();
+    for (int i = 2; i <= nbEnreg; ++i) {
+      if (!f.LireEnr(i)) {
+        Sortie(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+               stderr);
+        return 3;
+      }
+      const EnrMesure& t = TableMesure();
+      tables.append(QJsonObject{{"numero", i - 1},
+                                {"texte", TexteTable(i - 1, t, separateur)},
+                                {"Modele", t.Modele},
+                                {"LargPix", t.LargPix},
+                                {"Micro", t.Micro},
+                                {"Config", t.Config},
+                                {"Obj", double(t.Obj)},
+                                {"Pix", t.Pix},
+                                {"Mic", t.Mic},
+                                {"Focale", double(t.Focale)}});
+    }
+  }
+  Sortie(QString::fromUtf8(QJsonDocument(tables).toJson(QJsonDocument::Indented)).trimmed(),
+         stdout);
+  return 0;
+}
+
+int Ajouter(const QStringList& options) {
+  static const std::map<QString, int> kChamps = {{"--modele", 0}, {"--largpix", 1}, {"--micro", 2},
+                                                 {"--config", 3}, {"--obj", 4},     {"--pix", 5},
+                                                 {"--mic", 6},    {"--focale", 7}};
+  ChampsTable champs;
+  bool zoom = false;
+  for (qsizetype i = 0; i < options.size(); i += 2) {
+    const auto it = kChamps.find(options[i]);
+    if (it == kChamps.end() || i + 1 >= options.size()) {
+      Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+      return 2;
+    }
+    champs[size_t(it->second)] = options[i + 1];
+    if (it->second == 7) zoom = true;
+  }
+  EnrMesure enr;
+  if (const auto refus =
+          ValiderSaisie(champs, ModeSaisie::Creation, zoom, SeparateurDecimalSysteme(), enr)) {
+    Sortie(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
+    return 3;
+  }
+  FichierMesure f;
+  int nbEnreg = 0;
+  if (f.Ouvrir()) nbEnreg = f.LireEntete();
+  if (!f.EstOuvert() || !AjouterTable(f, nbEnreg, enr)) {
+    Sortie(QStringLiteral("Erreur non déterminée ...\n") +
+               TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+           stderr);
+    return 3;
+  }
+  Sortie(QStringLiteral("OK, cette configuration à été ajoutée !"), stdout);
+  Sortie(TexteTable(nbEnreg - 1, enr, SeparateurDecimalSysteme()), stdout);
+  return 0;
+}
+
+int Tables(const QStringList& arguments) {
+  DialoguesTables dialogues;
+  const QString action = arguments.value(0);
+  if (action == u"lister") return Lister(arguments.mid(1));
+  if (action == u"ajouter") return Ajouter(arguments.mid(1));
+  Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+  return 2;
+}
+
+const Enregistrement kTables("tables", kUsage, Tables);
+
+}  // namespace
+
+}  // namespace tg::cli

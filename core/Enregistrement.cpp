@@ -1,0 +1,125 @@
+#include "core/Enregistrement.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "core/modMain.h"
+#include "imaging/cAdvancedImagery.h"
+#include "platform/Ini.h"
+#include "platform/Nombres.h"
+#include "platform/Systeme.h"
+#include "platform/Textes.h"
+
+namespace tg {
+
+QString CheminResultat() { return RepApplication() + QStringLiteral("resultat.jpg"); }
+
+int PoidsKo(qint64 octets) { return int(VersEntier(double(octets) / 1024.0)) + 1; }
+
+bool PoidsAccepte(float poids, int poidsMax) { return poids <= float(poidsMax); }
+
+QString TexteTropLourd(int poidsMax) {
+  return "Le fichier image est trop lourd (>" + QString::number(poidsMax) +
+         " ko)\nAbaissez la qualité d'image ou modifiez votre configuration";
+}
+
+QString CompleterQualite(const QString& commentaire, int qualite) {
+  QString r = commentaire;
+  return r.replace(QStringLiteral("QualiteJpg="), "QualiteJpg=" + QString::number(qualite));
+}
+
+ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int format, int qualite) {
+  ResultatEssai r;
+  const QString chemin = CheminResultat();
+  const auto echec = [&] { r.erreurs << "Error - " + ai.Error_GetLast(); };
+  if (format == EnrJPEG) {
+    r.commentaire = CompleterQualite(s.CommentaireImage, qualite);
+    if (!ai.IO_SaveImage(s.ImageCourante, chemin, FormatJPEG, 100)) echec();
+    Bitmap relu;
+    if (!ai.IO_LoadImage(chemin, relu)) echec();
+    if (!ai.Metadata_Set_Comments(relu, r.commentaire)) echec();
+    if (!ai.IO_SaveImage(relu, chemin, FormatJPEG, qualite)) echec();
+    ai.IO_DestroyBitmap(relu);
+  } else {
+    // These formats carry no comment block: a copy without it is written, so
+    // that no part of an older block read from the source file survives.
+    Bitmap copie;
+    if (!ai.IO_Copy(s.ImageCourante, copie)) echec();
+    if (!copie.Vide() && !ai.Metadata_Set_Comments(copie, QString())) echec();
+    if (!ai.IO_SaveImage(copie, chemin, format == EnrBMP ? FormatBMP : FormatTIFF, 0)) echec();
+    ai.IO_DestroyBitmap(copie);
+  }
+  r.poids = float(PoidsKo(QFileInfo(chemin).size()));
+  s.PoidsFichier = r.poids;
+  return r;
+}
+
+QString ExtensionEnregistrement(int format) {
+  switch (format) {
+    case EnrBMP:
+      return QStringLiteral(".bmp");
+    case EnrTIFF:
+      return QStringLiteral(".tif");
+    default:
+      return QStringLiteral(".jpg");
+  }
+}
+
+QString FiltreEnregistrement(int format) {
+  switch (format) {
+    case EnrBMP:
+      return QStringLiteral("BMP (*.bmp)|*.bmp");
+    case EnrTIFF:
+      return QStringLiteral("TIFF (*.tif)|*.tif");
+    default:
+      return QStringLiteral("Jpeg (*.jpg)|*.jpg");
+  }
+}
+
+QString TitreNettoye(const QString& titre) {
+  QString t = EnleverSpeciaux(EnleverAccents(titre.trimmed().toLower()));
+  return t.replace(u' ', u'_');
+}
+
+QString NomParDefaut(const SessionRecord& s, int format) {
+  const QString ext = ExtensionEnregistrement(format);
+  if (s.TitreImageConfig == u"1") return TitreNettoye(s.TitreImage) + ext;
+  return s.NomFichImage + QStringLiteral("%1").arg(s.NextNumberImage, 3, 10, QChar(u'0')) + ext;
+}
+
+void AvancerNumeroImage(SessionRecord& s) {
+  if (s.TitreImageConfig != u"0") return;
+  ++s.NextNumberImage;
+  EcrireIni(QStringLiteral("General"), QStringLiteral("NextNumberImage"),
+            QString::number(s.NextNumberImage), CheminUserConfig());
+}
+
+bool CopierResultat(const QString& cible) {
+  const QString source = CheminResultat();
+  if (cible.isEmpty() || !QFileInfo(source).isFile()) return false;
+  if (QFileInfo(cible).absoluteFilePath() == QFileInfo(source).absoluteFilePath()) return true;
+  // Written beside the target first, so that a failed copy leaves the old file.
+  const QString temporaire = cible + QStringLiteral(".tmp");
+  QFile::remove(temporaire);
+  if (!QFile::copy(source, temporaire)) return false;
+  QFile::remove(cible);
+  if (!QFile::rename(temporaire, cible)) {
+    QFile::remove(temporaire);
+    return false;
+  }
+  return true;
+}
+
+QString TexteListing(const SessionRecord& s) {
+  const QString& sep = s.SeparateurDecimal;
+  const auto b = [](bool v) { return v ? QStringLiteral("VRAI") : QStringLiteral("FAUX"); };
+  QStringList l;
+  l << "PathOrigine=" + s.PathOrigine << "Hauteur=" + QString::number(s.Hauteur)
+    << "Largeur=" + QString::number(s.Largeur) << "Cadrage=" + TexteReel(s.Cadrage, sep)
+    << "PoidsFichier=" + TexteReel(s.PoidsFichier, sep) << "TitreImage=" + s.TitreImage
+    << "FocaleAPN=" + TexteReel(s.FocaleAPN, sep) << "DigitalZoom=" + TexteReel(s.DigitalZoom, sep)
+    << "Modele=" + s.Modele << "ImageFinale=" + b(s.ImageFinale) << "MesureTemp=" + b(s.MesureTemp);
+  return l.join(u'\n');
+}
+
+}  // namespace tg

@@ -1,0 +1,63 @@
+#pragma once
+// The EXIF block of a JPEG file (APP1 "Exif\0\0" then a TIFF structure) and
+// of a TIFF file (the whole file is that structure).
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+#include "metadata/CExif.h"
+#include "metadata/CMarker.h"
+
+namespace tg::meta {
+
+class CExifJPEG : public CExif {
+ public:
+  CExifJPEG();
+
+  QString File() const override { return fichier_; }
+  void SetFile(const QString& chemin) override { fichier_ = chemin; }
+  QString OriginalFile;
+  uint16_t Marker = 0xE1FF;  // the bytes FF E1 as a little-endian number
+  int64_t ExifDataAreaSize = 0;
+  Ordre alignType = Ordre::Intel;
+  QByteArray ThumbnailData;
+  std::vector<CMarker> OtherMarkers;  // the file's other segments, in order
+  QByteArray lpData;                  // the block as read, from "Exif"
+  int64_t Length() const { return lpData.size(); }
+
+  // `donnees`: the APP1 segment's bytes after its length field. False, the
+  // object left empty, unless it begins with "Exif" and holds a TIFF header.
+  bool ReadExif(const QByteArray& donnees) override;
+  void AddModifyMicrosoftTag(int32_t tag, const QString& texte) override;
+  void AddModifyTag(Repertoire r, int32_t tag, int16_t format, const QByteArray& data) override;
+  void RemoveTag(Repertoire r, int32_t tag) override;
+  CIFD* ifd(int n) override { return n >= 0 && n < 2 ? &ifd_[n] : nullptr; }
+  int NombreIfd() const override { return 2; }
+  CIFD& GPS() override { return gps_; }
+  CIFD& SubIFD() override { return sub_; }
+  CIFD& InteroperabilityIFD() override { return interop_; }
+  QByteArray MakerNote() const override;
+  Ordre AlignType() const override { return alignType; }
+  bool Lu() const { return lu_; }
+
+  // The whole APP1 segment, marker and length included, rebuilt from the
+  // directories; empty when IFD0 has no entries. False with a French message
+  // when the block exceeds the 65533 bytes of a segment.
+  bool WriteEXIF(QByteArray& segment, QString* erreur = nullptr);
+
+ private:
+  QString fichier_;
+  CIFD ifd_[2];
+  CIFD gps_, sub_, interop_;
+  bool lu_ = false;
+};
+
+// Offset held by a pointer tag (LONG or IFD format, one element); 0 otherwise.
+uint32_t ValeurPointeur(const CExifDirEnt* e);
+
+// Reads the sub-directories that IFD0 points to (EXIF, GPS, interoperability)
+// from a TIFF structure.
+void LireSousRepertoires(const LecteurOctets& bloc, Ordre ordre, const CIFD& ifd0, CIFD& sub,
+                         CIFD& gps, CIFD& interop);
+
+}  // namespace tg::meta

@@ -1,0 +1,66 @@
+#include "metadata/CImage.h"
+
+#include <QFile>
+
+#include "metadata/Octets.h"
+
+namespace tg::meta {
+
+int CImage::TypeDepuisOctets(const QByteArray& debut, int precedent) {
+  if (debut.startsWith("BM")) return TypeBMP;
+  if (debut.startsWith("GIF")) return TypeGIF;
+  if (debut.startsWith(QByteArray("\x89PNG\r\n\x1A\n", 8))) return TypePNG;
+  if (debut.startsWith(QByteArray("\xFF\xD8", 2))) return TypeJPEG;
+  if (debut.startsWith(QByteArray("MM\0*", 4)) || debut.startsWith(QByteArray("II*\0", 4)))
+    return TypeTIFF;
+  return precedent;
+}
+
+int CImage::GetImageType(const QString& path) {
+  QFile f(path);
+  if (f.open(QIODevice::ReadOnly)) ImageType = TypeDepuisOctets(f.read(17), ImageType);
+  return ImageType;
+}
+
+bool CImage::ReadImage(const QString& path) {
+  erreur_.clear();
+  format_.reset();
+  QByteArray octets;
+  if (!LireFichier(path, octets, &erreur_)) return false;
+  ImageType = TypeDepuisOctets(octets.left(17), ImageType);
+  switch (ImageType) {
+    case TypeJPEG: {
+      auto j = std::make_unique<CJPEG>();
+      j->LireOctets(octets, path);
+      format_ = std::move(j);
+      return true;
+    }
+    case TypeTIFF: {
+      auto t = std::make_unique<CTIFF>();
+      t->LireOctets(octets, path);
+      format_ = std::move(t);
+      return true;
+    }
+    default:
+      erreur_ =
+          QStringLiteral("Les métadonnées des fichiers %1 ne sont pas encore prises en charge.")
+              .arg(ImageType == TypeBMP   ? QStringLiteral("BMP")
+                   : ImageType == TypePNG ? QStringLiteral("PNG")
+                                          : QStringLiteral("GIF"));
+      return false;
+  }
+}
+
+bool CImage::WriteImage(const QString& path) {
+  erreur_.clear();
+  // No writer, no rewrite: the file stays as it is rather than emptied.
+  if (!format_) {
+    if (erreur_.isEmpty())
+      erreur_ = QStringLiteral("Aucune image lue : le fichier %1 n'est pas réécrit.").arg(path);
+    return false;
+  }
+  QByteArray sortie;
+  return format_->Ecrire(sortie, &erreur_) && RemplacerFichier(path, sortie, &erreur_);
+}
+
+}  // namespace tg::meta

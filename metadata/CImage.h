@@ -1,0 +1,42 @@
+#pragma once
+// The dispatcher: recognises a picture file by its first bytes and holds the
+// object of its format.
+#include <QByteArray>
+#include <QString>
+#include <memory>
+
+#include "metadata/CJPEG.h"
+#include "metadata/CTIFF.h"
+
+namespace tg::meta {
+
+enum TypeImage { TypeJPEG = 0, TypeTIFF = 1, TypeBMP = 2, TypePNG = 3, TypeGIF = 4 };
+
+class CImage {
+ public:
+  int ImageType = TypeJPEG;
+
+  // The type from the first 17 bytes of the file. An unknown or unreadable
+  // file keeps the previous type: JPEG on a new object.
+  int GetImageType(const QString& path);
+  static int TypeDepuisOctets(const QByteArray& debut, int precedent);
+
+  // Reads the file through its format object. False with Erreur() when the
+  // file cannot be read or its format has no reader yet.
+  bool ReadImage(const QString& path);
+  // Rewrites `path` from the object read: the whole file is built in memory,
+  // written to a temporary file and put in place of `path` once complete.
+  // False, `path` untouched, with Erreur().
+  bool WriteImage(const QString& path);
+
+  CFormatImage* ImageProps() { return format_.get(); }
+  CJPEG* JPEG() { return dynamic_cast<CJPEG*>(format_.get()); }
+  CTIFF* TIFF() { return dynamic_cast<CTIFF*>(format_.get()); }
+  QString Erreur() const { return erreur_; }
+
+ private:
+  std::unique_ptr<CFormatImage> format_;
+  QString erreur_;
+};
+
+}  // namespace tg::meta

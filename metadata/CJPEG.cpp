@@ -1,0 +1,215 @@
+#include "metadata/CJPEG.h"
+
+#include "metadata/Octets.h"
+
+namespace tg::meta {
+
+namespace {
+constexpr uint16_t kAPP0 = 0xE0FF, kAPP1 = 0xE1FF, kAPP13 = 0xEDFF, kCOM = 0xFEFF;
+// Bytes read past a comment's segment, as the comment has always been read.
+constexpr int64_t kAuDela = 1000;
+}  // namespace
+
+ParcoursJPEG ParcourirSegments(const QByteArray& fichier) {
+  ParcoursJPEG p;
+  LecteurOctets l(fichier);
+  uint8_t a = 0, b = 0;
+  if (!l.u8(a) || !l.u8(b) || a != 0xFF || b != 0xD8) return p;
+  // Each turn reads at most one segment header; the cursor only moves forward.
+  while (l.remaining() >= 2) {
+    const int64_t position = l.offset();
+    uint8_t m1 = 0, m2 = 0;
+    l.u8(m1);
+    l.u8(m2);
+    if (m1 != 0xFF || m2 == 0xFF || m2 == 0x00 || m2 == 0xD8 || m2 == 0xD9) {
+      p.positionScan = position + 1;
+      p.longueurScan = fichier.size() - position;
+      return p;
+    }
+    uint16_t longueur = 0;
+    // A length under 2 or past the end: the file is cut, the walk stops with what was read.
+    if (!l.u16be(longueur) || longueur < 2 || !l.skip(longueur - 2)) return p;
+    p.segments.push_back(CMarker{uint16_t(m1 | (m2 << 8)), int64_t(longueur) + 2, position + 1});
+  }
+  return p;
+}
+
+// ---------------------------------------------------------------- JFIF
+
+void CJFIF::ReadJFIF(const QByteArray& fichier, const CMarker& m) {
+  LecteurOctets l(fichier);
+  LecteurOctets segment;
+  if (!l.seek(m.lpData - 1) || !l.sub(m.Length, segment) || !segment.skip(4)) return;
+  if (!segment.commencePar(QByteArray("JFIF\0", 5))) return;
+  segment.skip(5);
+  uint8_t majeur = 0, mineur = 0, u = 0, xt = 0, yt = 0;
+  uint16_t xd = 0, yd = 0;
+  if (!segment.u8(majeur) || !segment.u8(mineur) || !segment.u8(u) || !segment.u16be(xd) ||
+      !segment.u16be(yd) || !segment.u8(xt) || !segment.u8(yt))
+    return;
+  Version = QStringLiteral("%1.%2").arg(majeur).arg(mineur, 2, 10, QLatin1Char('0'));
+  unit = u;
+  Xdensity = xd;
+  Ydensity = yd;
+  Xthumbnail = xt;
+  Ythumbnail = yt;
+  vignette_ = segment.jusqua(int64_t(xt) * yt);
+  Present = true;
+}
+
+// ---------------------------------------------------------------- comment
+
+bool CJPEGComment::ReadComment(const QByteArray& fichier, const CMarker& m) {
+  Content.clear();
+  LecteurOctets l(fichier);
+  uint8_t a = 0, b = 0;
+  uint16_t longueur = 0;
+  if (!l.seek(m.lpData - 1) || !l.u8(a) || !l.u8(b) || a != 0xFF || b != 0xFE) return false;
+  if (!l.u16be(longueur)) return false;
+  // Bytes 4 to L + 1000 of the segment: past its end on purpose, stopping at
+  // the end of the file.
+  QByteArray octets = l.jusqua(int64_t(longueur) + kAuDela - 3);
+  octets.replace(QByteArray("\xFF\xDB", 2), QByteArray());
+  Content = DepuisCp1252(octets);
+  return true;
+}
+
+QString CJPEGComment::Texte() const {
+  const qsizetype nul = Content.indexOf(QChar(0));
+  return nul < 0 ? Content : Content.left(nul);
+}
+
+bool CJPEGComment::WriteComment(EcrivainOctets& e, QString* erreur) const {
+  const QByteArray texte = VersCp1252(Texte());
+  const int64_t n = texte.size();
+  if (n == 0) return true;
+  int64_t longueur = n + 3;
+  if (longueur % 2 != 0) ++longueur;
+  if (longueur > 0xFFFF) {
+    if (erreur)
+      *erreur = QStringLiteral("Le commentaire est trop long (%1 octets, 65531 au plus).").arg(n);
+    return false;
+  }
+  e.u8(0xFF);
+  e.u8(0xFE);
+  e.u16be(uint16_t(longueur));
+  e.octets(texte);
+  e.u8(0);
+  if (n % 2 == 0) e.u8(0);
+  return true;
+}
+
+// ---------------------------------------------------------------- CJPEG
+
+CJPEG::CJPEG() : exif_(std::make_unique<CExifJPEG>()) {}
+
+bool CJPEG::ReadJPEG(const QString& path, QString* erreur) {
+  QByteArray octets;
+  if (!LireFichier(path, octets, erreur)) return false;
+  LireOctets(octets, path);
+  return true;
+}
+
+void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
+  chemin_ = path;
+  source_ = fichier;
+  parcours_ = ParcourirSegments(source_);
+  exif_.reset();
+  segmentsExif_.clear();
+  jfif_ = CJFIF();
+  commentaire_ = CJPEGComment();
+  for (const CMarker& m : parcours_.segments) {
+    switch (m.Marker) {
+      case kAPP1: {
+        // Only a block that reads as EXIF replaces the one before; XMP and
+        // other APP1 segments are carried as they stand.
+        QByteArray donnees;
+        LecteurOctets(source_).octetsAt(m.lpData - 1 + 4, m.Length - 4, donnees);
+        auto exif = std::make_unique<CExifJPEG>();
+        exif->SetFile(path);
+        if (exif->ReadExif(donnees)) {
+          exif_ = std::move(exif);
+          segmentsExif_.push_back(m.lpData);
+        }
+        break;
+      }
+      case kAPP0:
+        jfif_.ReadJFIF(source_, m);
+        break;
+      case kCOM:
+        commentaire_.ReadComment(source_, m);
+        break;
+      default:
+        break;  // APP13 (IPTC) and the rest are carried as they stand
+    }
+  }
+  if (!exif_) {
+    exif_ = std::make_unique<CExifJPEG>();
+    exif_->SetFile(path);
+  }
+  exif_->OriginalFile = path;
+  exif_->OtherMarkers.clear();
+  for (const CMarker& m : parcours_.segments)
+    if (!(m.Marker == kAPP1 && !segmentsExif_.empty() && m.lpData == segmentsExif_.back()))
+      exif_->OtherMarkers.push_back(m);
+}
+
+bool CJPEG::Remplace(const CMarker& m) const {
+  if (m.Marker == kCOM) return true;
+  if (m.Marker != kAPP1) return false;
+  return std::find(segmentsExif_.begin(), segmentsExif_.end(), m.lpData) != segmentsExif_.end();
+}
+
+bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
+  sortie.clear();
+  if (parcours_.positionScan == 0) {
+    if (erreur)
+      *erreur = QStringLiteral(
+                    "Le fichier %1 n'est pas un JPEG complet : ses données d'image n'ont pas été "
+                    "trouvées.")
+                    .arg(chemin_);
+    return false;
+  }
+  EcrivainOctets e;
+  e.u8(0xFF);
+  e.u8(0xD8);
+  QByteArray exif;
+  if (!exif_->WriteEXIF(exif, erreur)) return false;
+  e.octets(exif);
+  if (!commentaire_.WriteComment(e, erreur)) return false;
+  const LecteurOctets source(source_);
+  for (const CMarker& m : parcours_.segments) {
+    if (Remplace(m)) continue;
+    QByteArray segment;
+    source.octetsAt(m.lpData - 1, m.Length, segment);  // the walk checked the bounds
+    e.octets(segment);
+  }
+  QByteArray scan;
+  source.octetsAt(parcours_.positionScan - 1, parcours_.longueurScan, scan);
+  e.octets(scan);
+  // The scan as read already holds the source's end marker.
+  if (!scan.endsWith(QByteArray("\xFF\xD9", 2))) {
+    e.u8(0xFF);
+    e.u8(0xD9);
+  }
+  sortie = e.donnees();
+  return true;
+}
+
+bool CJPEG::WriteJPEG(const QString& path, QString* erreur) {
+  QByteArray sortie;
+  return Ecrire(sortie, erreur) && RemplacerFichier(path, sortie, erreur);
+}
+
+std::unique_ptr<QFile> CJPEG::OpenFile(const QString& path) {
+  auto f = std::make_unique<QFile>(path);
+  if (!f->exists() || !f->open(QIODevice::ReadWrite)) return nullptr;
+  return f;
+}
+
+int64_t CJPEG::WriteToEndOfFile(QFile& f, const QByteArray& tampon) {
+  if (!f.seek(f.size())) return -1;
+  return f.write(tampon);
+}
+
+}  // namespace tg::meta

@@ -1,0 +1,112 @@
+#pragma once
+// A JPEG file split into its segments, and the objects of the segments the
+// library reads: JFIF (APP0), the comment (COM), EXIF (APP1).
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "metadata/CExifJPEG.h"
+#include "metadata/CMarker.h"
+
+namespace tg::meta {
+
+// What a format object of CImage offers.
+class CFormatImage {
+ public:
+  virtual ~CFormatImage() = default;
+  // The whole file rebuilt with the metadata held; false with a French
+  // message when it cannot be.
+  virtual bool Ecrire(QByteArray& sortie, QString* erreur) = 0;
+};
+
+// The segment walk: after FF D8, segments up to the first bytes that are not
+// a marker (the entropy-coded data behind SOS), FF D8 or FF D9.
+struct ParcoursJPEG {
+  std::vector<CMarker> segments;
+  // 1-based position and length of what follows the last segment, end marker
+  // included; 0 and 0 when the walk ran off the end of the file.
+  int64_t positionScan = 0;
+  int64_t longueurScan = 0;
+};
+ParcoursJPEG ParcourirSegments(const QByteArray& fichier);
+
+class CJFIF {
+ public:
+  QString Version;  // "1.01"
+  int Xdensity = 0, Ydensity = 0;
+  int Xthumbnail = 0, Ythumbnail = 0;
+  int unit = 0;  // 0 pixels, 1 dots per inch, 2 dots per centimetre
+  bool Present = false;
+
+  // Xthumbnail x Ythumbnail bytes (the first third of an RGB thumbnail).
+  const QByteArray& getThumbnail() const { return vignette_; }
+  // Nothing is stored unless the segment holds "JFIF" and a 0 byte.
+  void ReadJFIF(const QByteArray& fichier, const CMarker& m);
+
+ private:
+  QByteArray vignette_;
+};
+
+class CJPEGComment {
+ public:
+  // Read on purpose past the segment: the comment, its NUL, then the bytes
+  // that follow (up to 1000 of them, never past the end of the file), every
+  // pair FF DB left out. Readers show it up to the first NUL.
+  QString Content;
+
+  // False (Content left empty) when the marker is not FF FE.
+  bool ReadComment(const QByteArray& fichier, const CMarker& m);
+  // The COM segment of Content up to its first NUL, the segment's length
+  // always even and the text always NUL-ended; nothing for an empty text.
+  // False with a French message for a text over 65531 bytes.
+  bool WriteComment(EcrivainOctets& e, QString* erreur = nullptr) const;
+  // Content up to its first NUL.
+  QString Texte() const;
+};
+
+class CJPEG : public CFormatImage {
+ public:
+  CJPEG();
+
+  // Reads the file's segments and dispatches them; false only when the file
+  // cannot be read. A file that is not a JPEG gives no segment.
+  bool ReadJPEG(const QString& path, QString* erreur = nullptr);
+  // The same from bytes in memory.
+  void LireOctets(const QByteArray& fichier, const QString& path = {});
+  // Writes a new file `path` (replaced only once complete): SOI, the EXIF,
+  // IPTC and comment segments, the source's other segments in their order,
+  // the scan data, FF D9.
+  bool WriteJPEG(const QString& path, QString* erreur = nullptr);
+  bool Ecrire(QByteArray& sortie, QString* erreur) override;
+
+  // Handle of an existing file opened for reading and writing; nullptr when it cannot be.
+  static std::unique_ptr<QFile> OpenFile(const QString& path);
+  static void CloseFile(std::unique_ptr<QFile>& f) { f.reset(); }
+  // Appends; the count written, -1 on failure.
+  static int64_t WriteToEndOfFile(QFile& f, const QByteArray& tampon);
+
+  CExifJPEG* EXIF() { return exif_.get(); }
+  CJFIF& JFIF() { return jfif_; }
+  CJPEGComment& JPEGComment() { return commentaire_; }
+  const std::vector<CMarker>& Segments() const { return parcours_.segments; }
+  int64_t PositionScan() const { return parcours_.positionScan; }
+  int64_t LongueurScan() const { return parcours_.longueurScan; }
+  const QByteArray& Source() const { return source_; }
+  QString Chemin() const { return chemin_; }
+
+ private:
+  // True for the segments that the writer rebuilds itself.
+  bool Remplace(const CMarker& m) const;
+
+  QString chemin_;
+  QByteArray source_;
+  ParcoursJPEG parcours_;
+  std::unique_ptr<CExifJPEG> exif_;
+  std::vector<int64_t> segmentsExif_;  // lpData of the APP1 blocks read as EXIF
+  CJFIF jfif_;
+  CJPEGComment commentaire_;
+};
+
+}  // namespace tg::meta

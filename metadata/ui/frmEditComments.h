@@ -1,0 +1,66 @@
+#pragma once
+// The comment editor: reads and rewrites by hand the comment block of a
+// picture file on disk, and shows its JFIF data. A tool for experts: it works
+// on the file, not on the image in hand.
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+
+#include "metadata/CImage.h"
+
+class QLabel;
+class QListWidget;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace tg {
+
+class frmFichierPhoto;
+
+// The lines of lstInfos for a JPEG's JFIF data.
+QStringList LignesJFIF(const meta::CJFIF& jfif);
+// The question of cmdSave, each line ended by CR LF.
+QString TexteQuestionSauvegarde();
+inline const QString TitreModificationMetas = QStringLiteral("Modification des métas");
+
+class frmEditComments : public QWidget {
+  Q_OBJECT
+
+ public:
+  // A window owned by the main window; deleted when closed.
+  explicit frmEditComments(frmFichierPhoto& principale);
+
+  // What the main window's hook does: brings the open editor to the front,
+  // or opens one on the session's PathOrigine.
+  static void Ouvrir(frmFichierPhoto& principale);
+
+  // Loads PathOrigine with its preview; without one, shows the main window
+  // and closes (false).
+  bool Form_Load();
+  void cmdOpen_Click();
+  void cmdSave_Click();
+  void cmdQuitter_Click() { close(); }
+
+  const QString& Chemin() const { return chemin_; }
+
+ private:
+  // `depuisDialogue`: a TIFF chosen in the dialog gets its lines too.
+  void Charger(const QString& chemin, bool depuisDialogue);
+  void Vider();
+  void Remplir();
+  void AfficherVignette();
+
+  frmFichierPhoto& principale_;
+  std::unique_ptr<meta::CImage> image_;
+  QString chemin_;
+  QListWidget* lstInfos_ = nullptr;
+  QPlainTextEdit* txtCommentaire_ = nullptr;
+  QLabel* label1_ = nullptr;
+  QLabel* picVignette_ = nullptr;
+  QPushButton* cmdOpen_ = nullptr;
+  QPushButton* cmdSave_ = nullptr;
+  QPushButton* cmdQuitter_ = nullptr;
+};
+
+}  // namespace tg
