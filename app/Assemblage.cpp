@@ -2,6 +2,7 @@
 
 #include "cartouche/modExtractMeta.h"
 #include "core/Chargement.h"
+#include "core/frmConfig.h"
 #include "core/frmFichierPhoto.h"
 #include "core/frmFichierPhotoChargement.h"
 #include "measure/InstallationTables.h"
@@ -12,6 +13,8 @@ namespace tg {
 void Assembler(frmFichierPhoto& fenetre) {
   // Loading, output formats and saving (core).
   InstallerChargementEtFormats(fenetre);
+  // The options window behind mnuOptions (core).
+  InstallerConfig(fenetre);
   // Measurement tables: creating and managing them (measure).
   InstallerTablesMesure(fenetre);
   // Readers of the comment block and EXIF fields, step 7 of a load (cartouche).

@@ -1,5 +1,5 @@
 #pragma once
-// The writer of the comment block (Part 3.5): the self-calibrating text that
+// The writer of the comment block: the self-calibrating text that
 // ConstruireImageFinal puts into CommentaireImage and the save step writes as
 // the JPEG comment. It takes plain values; the cartouche window only feeds it.
 // The text has CR LF line ends; Windows-1252 happens in the imaging layer.
@@ -59,7 +59,7 @@ struct ValeursBloc {
   QString separateurDecimal = QStringLiteral(",");
 };
 
-// The whole block, its sections and keys in the order of Part 3.5. Each line
+// The whole block, its sections and keys in their fixed order. Each line
 // ends in CR LF but the last part of the [OldExif] tail.
 QString EcrireBlocMeta(const ValeursBloc& v);
 
@@ -73,7 +73,7 @@ QString TexteApplication();
 QString MaintenantTexte();
 // Captions of the ticked treatments, each followed by "/": "Niveaux/Bruit/".
 QString TexteTraitement(bool niveaux, bool poussieres, bool bruit, bool deconvolution);
-// Reduction of Part 3.4: Round(LargeurRecadrage / Largeur, 2) when cropped,
+// Reduction of the final picture: Round(LargeurRecadrage / Largeur, 2) when cropped,
 // else Round(LargeurOrigine / Largeur, 2); a second formatting keeps the
 // ReductionImage of the first.
 float CalculerReduction(int largeurRecadrage, int largeurOrigine, int largeur,

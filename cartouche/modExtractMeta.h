@@ -1,5 +1,5 @@
 #pragma once
-// modExtractMeta: the readers of the comment block (Part 3.5) and of the few
+// modExtractMeta: the readers of the comment block and of the few
 // EXIF fields the program uses. They work on the session record, from the
 // texts that the loading step put there: ExifTexte (main directory, kind 1),
 // IptcTexte (EXIF directory, kind 2), CommentaireImage (the file's comment).
@@ -40,7 +40,7 @@ void VerifierEffacerMetaComment(SessionRecord& s);
 // text or 0; so does a denominator of 0 (the EXIF "0/0", "not used").
 void ExtraireMetaExif(SessionRecord& s);
 
-// Every block value into the session (Part 3.5, in its order). A non-numeric
+// Every block value into the session, in the block's order. A non-numeric
 // LongueurFocale, ZoomNumerique or ReductionImage is a trapped error: reported
 // "Error 13 (Type mismatch) in procedure ExtraireMetaComment of Module
 // modExtractMeta", and the keys after it stay unread.

@@ -16,7 +16,7 @@ QStringList Lignes(const QString& bloc) { return bloc.split(QStringLiteral("\r\n
 }  // namespace
 
 TEST(BlocMeta, ExempleDeLaSpecificationLigneALigne) {
-  // The manually calibrated picture of Part 3.5, before the save step.
+  // The manually calibrated picture of the reference example, before the save step.
   // clang-format off
   const QString attendu = QStringList{
       "[Main]", "TitreImage=Genre, espèce, divers", "Application=Tessellographe 202",

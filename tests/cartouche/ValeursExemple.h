@@ -1,5 +1,5 @@
 #pragma once
-// The manually calibrated picture of the example of Part 3.5, as the
+// The manually calibrated picture of the reference example, as the
 // cartouche window would feed the writer.
 #include "cartouche/BlocMeta.h"
 
