@@ -10,10 +10,10 @@
 
 #include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
+#include "cli/Console.h"
 #include "core/Chargement.h"
 #include "core/SessionRecord.h"
 #include "imaging/cAdvancedImagery.h"
-#include "platform/Dialogues.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 
@@ -21,33 +21,7 @@ namespace tg::cli {
 
 namespace {
 
-void Erreur(const QString& texte) { std::fputs((texte + u'\n').toUtf8().constData(), stderr); }
-
-// The readers' messages, gathered for standard error: no window here.
-class DialoguesConsole : public IDialogues {
- public:
-  DialoguesConsole() { InstallerDialogues(this); }
-  ~DialoguesConsole() override { InstallerDialogues(nullptr); }
-  QStringList messages;
-
-  void Message(const QString&, const QString& texte, Icone) override { messages << texte; }
-  Reponse Question(const QString&, const QString& texte, Boutons, Reponse defaut, Icone) override {
-    messages << texte;
-    return defaut;
-  }
-  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
-  QString FichierEnregistrer(const QString&, const QString&, const QString&,
-                             const QString&) override {
-    return {};
-  }
-  QString Dossier(const QString&, const QString&) override { return {}; }
-  int Couleur(int) override { return -1; }
-  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
-  void MsgBoxEx(const Bulle& bulle, int&) override { messages << bulle.texte; }
-};
+void Erreur(const QString& texte) { Ligne(texte, stderr); }
 
 std::optional<double> Nombre(const QString& texte) {
   double v = 0;
@@ -80,7 +54,7 @@ int Echelle(const QStringList& arguments) {
     return 3;
   }
 
-  DialoguesConsole dialogues;
+  DialoguesConsole dialogues(false);
   SessionRecord s;
   s.SeparateurDecimal = SeparateurDecimalSysteme();
   cAdvancedImagery ai;

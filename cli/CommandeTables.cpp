@@ -12,11 +12,11 @@
 #include <map>
 
 #include "cli/Commandes.h"
+#include "cli/Console.h"
 #include "core/modMain.h"
 #include "measure/SaisieTable.h"
 #include "measure/TableMesure.h"
 #include "measure/modOpTableMesure.h"
-#include "platform/Dialogues.h"
 #include "platform/Fichiers.h"
 #include "platform/Liste.h"
 #include "platform/Textes.h"
@@ -25,33 +25,7 @@ namespace tg::cli {
 
 namespace {
 
-void Sortie(const QString& texte, FILE* flux) {
-  std::fputs((texte + u'\n').toUtf8().constData(), flux);
-}
 
-// Messages of the lookups go to standard error: no window here.
-class DialoguesTables : public IDialogues {
- public:
-  DialoguesTables() { InstallerDialogues(this); }
-  ~DialoguesTables() override { InstallerDialogues(nullptr); }
-  void Message(const QString&, const QString& texte, Icone) override { Sortie(texte, stderr); }
-  Reponse Question(const QString&, const QString& texte, Boutons, Reponse defaut, Icone) override {
-    Sortie(texte, stderr);
-    return defaut;
-  }
-  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
-  QString FichierEnregistrer(const QString&, const QString&, const QString&,
-                             const QString&) override {
-    return {};
-  }
-  QString Dossier(const QString&, const QString&) override { return {}; }
-  int Couleur(int) override { return -1; }
-  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
-  void MsgBoxEx(const Bulle& bulle, int&) override { Sortie(bulle.texte, stderr); }
-};
 
 const char* const kUsage =
     "tables lister [--json] | tables ajouter --modele M --largpix N --micro T --config T "
@@ -60,28 +34,28 @@ const char* const kUsage =
 int Lister(const QStringList& options) {
   const bool json = options.contains(QStringLiteral("--json"));
   if (options.size() > (json ? 1 : 0)) {
-    Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+    Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
     return 2;
   }
   const QString separateur = SeparateurDecimalSysteme();
   if (!json) {
     ListeSimple combo;
     RemplirComboTable(combo, separateur);
-    for (int i = 1; i < combo.Nombre(); ++i) Sortie(combo.Item(i), stdout);
+    for (int i = 1; i < combo.Nombre(); ++i) Ligne(combo.Item(i), stdout);
     return 0;
   }
   QJsonArray tables;
   if (FileExists(CheminTableMesure())) {
     FichierMesure f;
     if (!f.Ouvrir()) {
-      Sortie(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+      Ligne(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
              stderr);
       return 3;
     }
     const int nbEnreg = f.LireEntete();
     for (int i = 2; i <= nbEnreg; ++i) {
       if (!f.LireEnr(i)) {
-        Sortie(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+        Ligne(TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
                stderr);
         return 3;
       }
@@ -98,7 +72,7 @@ int Lister(const QStringList& options) {
                                 {"Focale", double(t.Focale)}});
     }
   }
-  Sortie(QString::fromUtf8(QJsonDocument(tables).toJson(QJsonDocument::Indented)).trimmed(),
+  Ligne(QString::fromUtf8(QJsonDocument(tables).toJson(QJsonDocument::Indented)).trimmed(),
          stdout);
   return 0;
 }
@@ -112,7 +86,7 @@ int Ajouter(const QStringList& options) {
   for (qsizetype i = 0; i < options.size(); i += 2) {
     const auto it = kChamps.find(options[i]);
     if (it == kChamps.end() || i + 1 >= options.size()) {
-      Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+      Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
       return 2;
     }
     champs[size_t(it->second)] = options[i + 1];
@@ -121,29 +95,29 @@ int Ajouter(const QStringList& options) {
   EnrMesure enr;
   if (const auto refus =
           ValiderSaisie(champs, ModeSaisie::Creation, zoom, SeparateurDecimalSysteme(), enr)) {
-    Sortie(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
+    Ligne(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
     return 3;
   }
   FichierMesure f;
   int nbEnreg = 0;
   if (f.Ouvrir()) nbEnreg = f.LireEntete();
   if (!f.EstOuvert() || !AjouterTable(f, nbEnreg, enr)) {
-    Sortie(QStringLiteral("Erreur non déterminée ...\n") +
+    Ligne(QStringLiteral("Erreur non déterminée ...\n") +
                TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
            stderr);
     return 3;
   }
-  Sortie(QStringLiteral("OK, cette configuration à été ajoutée !"), stdout);
-  Sortie(TexteTable(nbEnreg - 1, enr, SeparateurDecimalSysteme()), stdout);
+  Ligne(QStringLiteral("OK, cette configuration à été ajoutée !"), stdout);
+  Ligne(TexteTable(nbEnreg - 1, enr, SeparateurDecimalSysteme()), stdout);
   return 0;
 }
 
 int Tables(const QStringList& arguments) {
-  DialoguesTables dialogues;
+  DialoguesConsole dialogues(true);
   const QString action = arguments.value(0);
   if (action == u"lister") return Lister(arguments.mid(1));
   if (action == u"ajouter") return Ajouter(arguments.mid(1));
-  Sortie(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
   return 2;
 }
 

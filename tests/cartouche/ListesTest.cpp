@@ -3,6 +3,7 @@
 
 #include <QFile>
 
+#include "tests/support/Octets.h"
 #include "cartouche/Listes.h"
 #include "platform/Fichiers.h"
 #include "platform/Liste.h"
@@ -14,10 +15,6 @@ namespace {
 
 using test::DialoguesScriptes;
 
-QByteArray Octets(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 QStringList Items(const QString& chemin) {
   QStringList items;
@@ -25,11 +22,6 @@ QStringList Items(const QString& chemin) {
   return items;
 }
 
-void EcrireOctets(const QString& chemin, const QByteArray& octets) {
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(octets);
-}
 
 const QString kMarqueur = QLatin1String(MarqueurListe);
 
@@ -58,7 +50,7 @@ TEST_P(PremierRemplissage, DefautsEtTexte) {
   EXPECT_EQ(combo.items, items);
   EXPECT_EQ(combo.Texte(), QString::fromUtf8(c.texte));
   // Quoted items, CR LF, Windows-1252 bytes (é is 0xE9, never two bytes).
-  const QByteArray o = Octets(chemin);
+  const QByteArray o = test::LireOctets(chemin);
   EXPECT_TRUE(o.startsWith("\"\"\r\n\"+++ Choisir ou ajouter\"\r\n"));
   EXPECT_EQ(o.count("\r\n"), items.size());
   EXPECT_EQ(o.count('\n'), items.size());
@@ -75,13 +67,13 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Listes, AccentsEnWindows1252) {
   ListeSimple combo;
   RemplirCombo(ListeChoix::Coloration, combo);
-  EXPECT_TRUE(Octets(CheminListe(ListeChoix::Coloration)).contains("\"Bleu de m\xE9thyl\xE8ne\"\r\n"));
+  EXPECT_TRUE(test::LireOctets(CheminListe(ListeChoix::Coloration)).contains("\"Bleu de m\xE9thyl\xE8ne\"\r\n"));
   EXPECT_TRUE(combo.items.contains("Bleu de méthylène"));
 }
 
 TEST(Listes, FichierDUneLigneEffacePuisDefautsDeRetour) {
   const QString chemin = CheminListe(ListeChoix::Montage);
-  EcrireOctets(chemin, "\"\"\r\n");
+  test::EcrireOctets(chemin, "\"\"\r\n");
   ListeSimple combo;
   combo.items = {"avant"};
   RemplirComboLst(chemin, combo);
@@ -92,7 +84,7 @@ TEST(Listes, FichierDUneLigneEffacePuisDefautsDeRetour) {
   EXPECT_EQ(Items(chemin).size(), 15);
   EXPECT_EQ(combo.items.size(), 15);
   // An empty file is damaged as well.
-  EcrireOctets(chemin, "");
+  test::EcrireOctets(chemin, "");
   RemplirComboLst(chemin, combo);
   EXPECT_FALSE(FileExists(chemin));
 }
@@ -104,11 +96,11 @@ TEST(Listes, AjoutEnTeteOrdreGardeComparaisonExacte) {
   // "lac" differs from "Lac" by case: added; blanks cut, empties and extra markers gone.
   EXPECT_EQ(Items(chemin), QStringList({"", kMarqueur, "lac", "Mare", "Lac"}));
   // The marker or an empty text adds nothing; the list is rewritten as it was.
-  const QByteArray avant = Octets(chemin);
+  const QByteArray avant = test::LireOctets(chemin);
   ASSERT_TRUE(AjouterLstItem(chemin, kMarqueur));
-  EXPECT_EQ(Octets(chemin), avant);
+  EXPECT_EQ(test::LireOctets(chemin), avant);
   ASSERT_TRUE(AjouterLstItem(chemin, "   "));
-  EXPECT_EQ(Octets(chemin), avant);
+  EXPECT_EQ(test::LireOctets(chemin), avant);
   // A file that does not exist yet starts with "" and the marker.
   const QString neuf = RepApplication() + "lstNeuf.dat";
   ASSERT_TRUE(AjouterLstItem(neuf, "Tourbière"));
@@ -176,7 +168,7 @@ TEST(Arbre, DefautsDuRegneEtFichiersVidesCrees) {
   EXPECT_EQ(listes[0].items, QStringList{""} + RegnesDefaut());
   EXPECT_FALSE(Items(CheminArbre(0)).contains(kMarqueur));
   for (int i = 1; i < NombreNiveauxArbre; ++i) {
-    EXPECT_EQ(Octets(CheminArbre(i)), "\"\"\r\n") << i;
+    EXPECT_EQ(test::LireOctets(CheminArbre(i)), "\"\"\r\n") << i;
     EXPECT_EQ(listes[size_t(i)].items, QStringList{""}) << i;
   }
   // A kingdom file of the user's is kept.

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "tests/support/Octets.h"
 #include "core/Demarrage.h"
 #include "core/modMain.h"
 #include "platform/Fichiers.h"
@@ -31,26 +32,17 @@ struct SystemeEspion : ISysteme {
   Ecran InfosEcran() override { return {}; }
 };
 
-void Ecrire(const QString& chemin, const QByteArray& octets) {
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(octets);
-}
 
-QByteArray Lire(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 TEST(Demarrage, FichierVersionRemplaceEtLisible) {
-  Ecrire(CheminFichierVersion(), "VER Version 0.1.0\r\nreste\r\n");
+  test::EcrireOctets(CheminFichierVersion(), "VER Version 0.1.0\r\nreste\r\n");
   const QString v = ChaineVersion();
   EXPECT_TRUE(v.startsWith("Version ")) << v.toStdString();
   ASSERT_TRUE(EcrireFichierVersion(v));
   // One line, CR LF, nothing of the old file left.
-  EXPECT_EQ(Lire(CheminFichierVersion()), ("VER " + v + "\r\n").toLatin1());
+  EXPECT_EQ(test::LireOctets(CheminFichierVersion()), ("VER " + v + "\r\n").toLatin1());
   EXPECT_EQ(LireFichierVersion(CheminFichierVersion()), v);
-  Ecrire(CheminFichierVersion(), "rien\r\n");
+  test::EcrireOctets(CheminFichierVersion(), "rien\r\n");
   EXPECT_EQ(LireFichierVersion(CheminFichierVersion()), QString());
 }
 
@@ -67,9 +59,9 @@ TEST_P(Assistants, AbsenceSignaleeSansArret) {
   const CasAssistants c = GetParam();
   QTemporaryDir dossier;
   const QString rep = dossier.path() + "/";
-  if (c.kill) Ecrire(rep + "TG_Kill", "k");
-  if (c.update) Ecrire(rep + "Tg_Update", "ancien");
-  if (c.nouveau) Ecrire(rep + "Tg_Update_new", "nouveau");
+  if (c.kill) test::EcrireOctets(rep + "TG_Kill", "k");
+  if (c.update) test::EcrireOctets(rep + "Tg_Update", "ancien");
+  if (c.nouveau) test::EcrireOctets(rep + "Tg_Update_new", "nouveau");
   DialoguesScriptes dlg;
   SystemeEspion sys;
   MettreAJourAssistant(rep);
@@ -81,7 +73,7 @@ TEST_P(Assistants, AbsenceSignaleeSansArret) {
   }
   EXPECT_EQ(sys.lances, *c.lance ? QStringList{c.lance} : QStringList{});
   if (c.nouveau) {
-    EXPECT_EQ(Lire(rep + "Tg_Update"), "nouveau");
+    EXPECT_EQ(test::LireOctets(rep + "Tg_Update"), "nouveau");
     EXPECT_FALSE(FileExists(rep + "Tg_Update_new"));
   }
 }
@@ -99,7 +91,7 @@ TEST(Demarrage, MigrationsRemplacentLesNouveauxFichiers) {
   const QString rep = RepApplication();
   EcrireListe(rep + "objectif.dat", {"4", "10"});
   EcrireListe(rep + "objectif.txt", {"5", "50", "500"});
-  Ecrire(rep + "lstMontage.txt", "\"\"\r\n\"Eau\"\r\n");
+  test::EcrireOctets(rep + "lstMontage.txt", "\"\"\r\n\"Eau\"\r\n");
   EcrireListe(rep + "lstEclairage.dat", {"", "Fond Noir"});  // no old name: untouched
   const QStringList faits = MigrerFichiers(rep);
   EXPECT_EQ(faits, QStringList({"objectif.dat", "lstMontage.dat"}));
@@ -107,7 +99,7 @@ TEST(Demarrage, MigrationsRemplacentLesNouveauxFichiers) {
   ASSERT_TRUE(LireListe(rep + "objectif.dat", items));
   EXPECT_EQ(items, QStringList({"5", "50", "500"}));
   EXPECT_FALSE(FileExists(rep + "objectif.txt"));
-  EXPECT_EQ(Lire(rep + "lstMontage.dat"), "\"\"\r\n\"Eau\"\r\n");
+  EXPECT_EQ(test::LireOctets(rep + "lstMontage.dat"), "\"\"\r\n\"Eau\"\r\n");
   EXPECT_FALSE(FileExists(rep + "lstMontage.txt"));
   EXPECT_TRUE(FileExists(rep + "lstEclairage.dat"));
   // Nothing left to do on the next start.
@@ -131,7 +123,7 @@ TEST(Demarrage, DossiersDeTravailCreesOuSignales) {
     EXPECT_TRUE(FolderExists(docs + d)) << d;
   EXPECT_TRUE(dlg.appels.empty());
   // Present folders are kept with their content.
-  Ecrire(docs + "Tessellographe/ImageTravail/a.jpg", "x");
+  test::EcrireOctets(docs + "Tessellographe/ImageTravail/a.jpg", "x");
   ASSERT_TRUE(CreerDossiersTravail(docs));
   EXPECT_TRUE(FileExists(docs + "Tessellographe/ImageTravail/a.jpg"));
 
@@ -244,9 +236,9 @@ TEST(Demarrage, VerificationEtFinDesAssistants) {
   s.MajAuto = "1";
   EXPECT_FALSE(LancerVerificationMaj(s, rep));
   EXPECT_FALSE(TerminerAssistants(rep));
-  Ecrire(rep + "TG_CheckUpdate", "c");
+  test::EcrireOctets(rep + "TG_CheckUpdate", "c");
   EXPECT_FALSE(TerminerAssistants(rep));  // TG_Kill still missing
-  Ecrire(rep + "TG_Kill", "k");
+  test::EcrireOctets(rep + "TG_Kill", "k");
   s.MajAuto = "0";
   EXPECT_FALSE(LancerVerificationMaj(s, rep));
   s.MajAuto = "1";
@@ -258,9 +250,9 @@ TEST(Demarrage, VerificationEtFinDesAssistants) {
 TEST(Demarrage, FichiersDeTravailEffaces) {
   SessionRecord s;
   s.RepTravail = DossierDocuments();
-  Ecrire(s.RepTravail + "temp.jpg", "x");
-  Ecrire(s.RepTravail + "autre.jpg", "x");
-  Ecrire(RepApplication() + "twain_temp.jpg", "x");
+  test::EcrireOctets(s.RepTravail + "temp.jpg", "x");
+  test::EcrireOctets(s.RepTravail + "autre.jpg", "x");
+  test::EcrireOctets(RepApplication() + "twain_temp.jpg", "x");
   NettoyerFichiersTravail(s);
   EXPECT_FALSE(FileExists(s.RepTravail + "temp.jpg"));
   EXPECT_FALSE(FileExists(RepApplication() + "twain_temp.jpg"));

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "tests/support/Octets.h"
 #include "core/modMain.h"
 #include "platform/Fichiers.h"
 #include "platform/Ini.h"
@@ -13,15 +14,6 @@
 using namespace tg;
 
 namespace {
-QByteArray Octets(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-void Ecrire(const QString& chemin, const QByteArray& octets) {
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(octets);
-}
 }  // namespace
 
 TEST(RecupereValeurIni, FichierAbsentDonneLesDefautsEtCreeLesDossiers) {
@@ -57,7 +49,7 @@ TEST(RecupereValeurIni, FichierAbsentDonneLesDefautsEtCreeLesDossiers) {
 
 TEST(RecupereValeurIni, LitLesValeursPresentes) {
   test::DialoguesScriptes d;
-  Ecrire(CheminUserConfig(),
+  test::EcrireOctets(CheminUserConfig(),
          "[General]\r\nNomAuteur=J. Dupr\xE9\r\nMessageBox=1\r\nTitreImage=0\r\n"
          "[FormatImage]\r\nApnLarg=1024\r\nApnHaut=768\r\nFontBold1=FAUX\r\n"
          "FontItalic2=VRAI\r\n[Application]\r\nApExt2=/usr/bin/gimp\r\n");
@@ -77,7 +69,7 @@ TEST(RecupereValeurIni, LitLesValeursPresentes) {
 
 TEST(RecupereValeurIni, ValeurIllisibleSignaleeEnFormeStandard) {
   test::DialoguesScriptes d;
-  Ecrire(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=beaucoup\r\n");
+  test::EcrireOctets(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=beaucoup\r\n");
   SessionRecord s;
   RecupereValeurIni(s);
   ASSERT_EQ(d.appels.size(), 1u);
@@ -85,7 +77,7 @@ TEST(RecupereValeurIni, ValeurIllisibleSignaleeEnFormeStandard) {
             "Error 13 (Incompatibilité de type) in procedure RecupereValeurIni of Module modMain");
 
   d.appels.clear();
-  Ecrire(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=40000\r\n");  // beyond 16 bits
+  test::EcrireOctets(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=40000\r\n");  // beyond 16 bits
   RecupereValeurIni(s);
   ASSERT_EQ(d.appels.size(), 1u);
   EXPECT_TRUE(d.Dernier().texte.startsWith("Error 6 ("));
@@ -95,7 +87,7 @@ TEST(Objectifs, PremierLancementPuisLecture) {
   ASSERT_TRUE(EcrireObjectifDefaut());
   QByteArray attendu = "4\r\n10\r\n20\r\n40\r\n100\r\n";
   for (int i = 5; i < 30; ++i) attendu += "\"\"\r\n";
-  EXPECT_EQ(Octets(CheminObjectif()), attendu);
+  EXPECT_EQ(test::LireOctets(CheminObjectif()), attendu);
 
   ListeSimple liste;
   liste.items = {"ancien"};
@@ -107,7 +99,7 @@ TEST(Objectifs, LignesVidesSauteesEtTrenteEtUniemeJamaisLue) {
   QByteArray contenu = "\"\"\r\n\"5\"\r\n";
   for (int i = 3; i <= 30; ++i) contenu += QByteArray::number(i * 10) + "\r\n";
   contenu += "999\r\n";  // line 31
-  Ecrire(CheminObjectif(), contenu);
+  test::EcrireOctets(CheminObjectif(), contenu);
   ListeSimple liste;
   ChargerListeObjectif(liste);
   ASSERT_EQ(liste.Nombre(), 29);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "tests/support/Octets.h"
 #include "imaging/cAdvancedImagery.h"
 
 namespace tg {
@@ -32,10 +33,6 @@ QRgb PixelFI(FIBITMAP* dib, int x, int y) {
   return qRgb(c.rgbRed, c.rgbGreen, c.rgbBlue);
 }
 
-QByteArray Contenu(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 class Imagerie : public testing::Test {
  protected:
@@ -173,8 +170,8 @@ TEST_F(Imagerie, JpegKeepsTheWindows1252CommentAndQuality) {
   ASSERT_TRUE(ai.Metadata_Set_Comments(b, commentaire));
   ASSERT_TRUE(ai.IO_SaveImage(b, "fin.jpg", FormatJPEG, 95));
   ASSERT_TRUE(ai.IO_SaveImage(b, "grossier.jpg", FormatJPEG, 10));
-  const QByteArray fin = Contenu("fin.jpg");
-  EXPECT_GT(fin.size(), Contenu("grossier.jpg").size());
+  const QByteArray fin = test::LireOctets("fin.jpg");
+  EXPECT_GT(fin.size(), test::LireOctets("grossier.jpg").size());
   // The comment segment holds Windows-1252 bytes: É = C9, µ = B5.
   EXPECT_TRUE(fin.contains(QByteArray("\xC9") + "chelle = 10 \xB5m\r\nObjectif x40"));
 

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "tests/support/Octets.h"
 #include "measure/TableMesure.h"
 #include "measure/modOpTableMesure.h"
 #include "platform/Fichiers.h"
@@ -13,15 +14,6 @@
 namespace tg {
 namespace {
 
-QByteArray Lire(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-void Ecrire(const QString& chemin, const QByteArray& octets) {
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(octets);
-}
 
 // Table 1: "Modèle 1" (è = E8 in Windows-1252), width 2272, "Micro-A",
 // "Trino", x40, 1000 pixels = 250 microns, focal 7.5 mm.
@@ -67,7 +59,7 @@ QByteArray FichierDeuxTables() {
 }
 
 TEST(TableMesureFichier, LitLeFichierDUnUtilisateurOctetParOctet) {
-  Ecrire(CheminTableMesure(), FichierDeuxTables());
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   EXPECT_EQ(NombreTables(), 2);
   FichierMesure f;
   ASSERT_TRUE(f.Ouvrir());
@@ -88,7 +80,7 @@ TEST(TableMesureFichier, EcritLesMemesOctetsQueLeFichierDUnUtilisateur) {
   ASSERT_TRUE(AjouterTable(f, nbEnreg, kTable2));
   EXPECT_EQ(nbEnreg, 3);
   f.Fermer();
-  const QByteArray o = Lire(CheminTableMesure());
+  const QByteArray o = test::LireOctets(CheminTableMesure());
   ASSERT_GE(o.size(), 2 * kLongueurSlot + kEnr2.size());
   EXPECT_EQ(o.left(4), QByteArray("\x02\x00\x03\x00", 4));
   EXPECT_EQ(o.mid(kLongueurSlot, kEnr1.size()), kEnr1);
@@ -96,12 +88,12 @@ TEST(TableMesureFichier, EcritLesMemesOctetsQueLeFichierDUnUtilisateur) {
 }
 
 TEST(TableMesureFichier, UnRecordPlusCourtLaisseLaFinDuSlotEnPlace) {
-  Ecrire(CheminTableMesure(), FichierDeuxTables());
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   FichierMesure f;
   ASSERT_TRUE(f.Ouvrir());
   ASSERT_TRUE(f.EcrireEnr(2, kTable2));  // shorter than table 1
   f.Fermer();
-  const QByteArray o = Lire(CheminTableMesure());
+  const QByteArray o = test::LireOctets(CheminTableMesure());
   EXPECT_EQ(o.mid(kLongueurSlot, kEnr2.size()), kEnr2);
   // The old record's tail and the slot's undefined bytes are still there.
   EXPECT_EQ(o.mid(kLongueurSlot + kEnr2.size(), kEnr1.size() - kEnr2.size()),
@@ -124,7 +116,7 @@ TEST(TableMesureFichier, LesNomsPassentParLaPageDeCode) {
 }
 
 TEST(TableMesureFichier, UnRecordTropLongPourSonSlotEstRefuseSansToucherAuFichier) {
-  Ecrire(CheminTableMesure(), FichierDeuxTables());
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   EnrMesure e = kTable1;
   e.Config = QString(381, u'c');  // 20 fixed bytes + 8 + 7 + 381 = 416
   EXPECT_TRUE(EncoderEnr(e).isEmpty());
@@ -135,18 +127,18 @@ TEST(TableMesureFichier, UnRecordTropLongPourSonSlotEstRefuseSansToucherAuFichie
   EXPECT_EQ(f.Erreur().numero, 59);
   EXPECT_EQ(nbEnreg, 3);
   f.Fermer();
-  EXPECT_EQ(Lire(CheminTableMesure()), FichierDeuxTables());
+  EXPECT_EQ(test::LireOctets(CheminTableMesure()), FichierDeuxTables());
   // 365 bytes of Config fill the slot exactly.
   e.Config = QString(365, u'c');
   EXPECT_EQ(EncoderEnr(e).size(), kLongueurSlot);
 }
 
 TEST(TableMesureFichier, EnteteVideOuNegativeVeutDireAucuneTable) {
-  Ecrire(CheminTableMesure(), QByteArray());
+  test::EcrireOctets(CheminTableMesure(), QByteArray());
   EXPECT_EQ(NombreTables(), 0);
-  Ecrire(CheminTableMesure(), QByteArray("\x02\x00\xFF\xFF", 4));  // -1
+  test::EcrireOctets(CheminTableMesure(), QByteArray("\x02\x00\xFF\xFF", 4));  // -1
   EXPECT_EQ(NombreTables(), 0);
-  Ecrire(CheminTableMesure(), QByteArray("\x02\x00\x01\x00", 4));  // header only
+  test::EcrireOctets(CheminTableMesure(), QByteArray("\x02\x00\x01\x00", 4));  // header only
   EXPECT_EQ(NombreTables(), 0);
   QFile::remove(CheminTableMesure());
   EXPECT_EQ(NombreTables(), 0);
@@ -156,7 +148,7 @@ TEST(TableMesureFichier, EnteteVideOuNegativeVeutDireAucuneTable) {
 // ------------------------------------------------------------------ deleting
 
 TEST(TableMesureSuppression, LaDerniereTableComblesLeTrou) {
-  Ecrire(CheminTableMesure(), FichierDeuxTables());
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   FichierMesure f;
   ASSERT_TRUE(f.Ouvrir());
   int nbEnreg = f.LireEntete();
@@ -167,7 +159,7 @@ TEST(TableMesureSuppression, LaDerniereTableComblesLeTrou) {
   EXPECT_EQ(k, 2);  // the moved table is the one to show
   EXPECT_EQ(nbEnreg, 2);
   f.Fermer();
-  const QByteArray o = Lire(CheminTableMesure());
+  const QByteArray o = test::LireOctets(CheminTableMesure());
   EXPECT_EQ(o.left(4), QByteArray("\x02\x00\x02\x00", 4));
   EXPECT_EQ(o.mid(kLongueurSlot, kEnr2.size()), kEnr2);
   EXPECT_EQ(o.mid(2 * kLongueurSlot, 2), QByteArray(2, '\0'));
@@ -178,7 +170,7 @@ TEST(TableMesureSuppression, LaDerniereTableComblesLeTrou) {
 }
 
 TEST(TableMesureSuppression, SupprimerLaDerniereRecule) {
-  Ecrire(CheminTableMesure(), FichierDeuxTables());
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   FichierMesure f;
   ASSERT_TRUE(f.Ouvrir());
   int nbEnreg = f.LireEntete();
@@ -215,9 +207,9 @@ TEST(TableMesureSuppression, SupprimerLaSeuleTableSupprimeLeFichier) {
 // ------------------------------------------------------------------ start-up
 
 TEST(TableMesureDemarrage, FichiersVidesSupprimesPuisPremiereTableEnSlot2) {
-  Ecrire(CheminTableMesure(), QByteArray());
-  Ecrire(CheminTableMesureBak(), QByteArray());
-  Ecrire(CheminTableMesureSecours(), QByteArray());
+  test::EcrireOctets(CheminTableMesure(), QByteArray());
+  test::EcrireOctets(CheminTableMesureBak(), QByteArray());
+  test::EcrireOctets(CheminTableMesureSecours(), QByteArray());
   InitialiserTablesMesure();
   EXPECT_FALSE(FileExists(CheminTableMesure()));
   EXPECT_FALSE(FileExists(CheminTableMesureBak()));
@@ -228,27 +220,27 @@ TEST(TableMesureDemarrage, FichiersVidesSupprimesPuisPremiereTableEnSlot2) {
   int nbEnreg = f.LireEntete();
   ASSERT_TRUE(AjouterTable(f, nbEnreg, kTable2));
   f.Fermer();
-  const QByteArray o = Lire(CheminTableMesure());
+  const QByteArray o = test::LireOctets(CheminTableMesure());
   EXPECT_EQ(o.left(4), QByteArray("\x02\x00\x02\x00", 4));
   EXPECT_EQ(o.mid(kLongueurSlot), kEnr2);
 }
 
 TEST(TableMesureDemarrage, LeCfgRemplaceLesTablesDeLUtilisateur) {
   const QByteArray miennes = FichierDeuxTables();
-  Ecrire(CheminTableMesure(), miennes);
+  test::EcrireOctets(CheminTableMesure(), miennes);
   QByteArray installees(2 * kLongueurSlot, '\0');
   installees.replace(0, 4, QByteArray("\x02\x00\x02\x00", 4));
   installees.replace(kLongueurSlot, kEnr2.size(), kEnr2);
-  Ecrire(CheminTableMesureCfg(), installees);
+  test::EcrireOctets(CheminTableMesureCfg(), installees);
   const QByteArray bak("\x02\x00\x03\x00", 4);
-  Ecrire(CheminTableMesureBak(), bak);
+  test::EcrireOctets(CheminTableMesureBak(), bak);
   InitialiserTablesMesure();
-  EXPECT_EQ(Lire(CheminTableMesure()), installees);
+  EXPECT_EQ(test::LireOctets(CheminTableMesure()), installees);
   EXPECT_FALSE(FileExists(CheminTableMesureCfg()));
-  EXPECT_EQ(Lire(CheminTableMesureBak()), bak);
+  EXPECT_EQ(test::LireOctets(CheminTableMesureBak()), bak);
   // Without a .cfg nothing changes.
   InitialiserTablesMesure();
-  EXPECT_EQ(Lire(CheminTableMesure()), installees);
+  EXPECT_EQ(test::LireOctets(CheminTableMesure()), installees);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <QRadioButton>
 #include <memory>
 
+#include "tests/support/Octets.h"
 #include "measure/LiensTables.h"
 #include "measure/TableMesure.h"
 #include "measure/frmGestionTables.h"
@@ -34,10 +35,6 @@ void Tables(const std::vector<EnrMesure>& tables, const QString& chemin = Chemin
   for (const EnrMesure& e : tables) ASSERT_TRUE(AjouterTable(f, nbEnreg, e));
 }
 
-QByteArray Octets(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 class GestionTables : public testing::Test {
  protected:
@@ -173,7 +170,7 @@ TEST_F(GestionTables, RestaurerSansDatRedonneVieALaFenetre) {
   dlg.reponses = {Reponse::Oui};
   C<QPushButton>("cmdRecupTables")->click();
   EXPECT_TRUE(dlg.Textes().contains("Tables restaurées avec succès"));
-  EXPECT_EQ(Octets(CheminTableMesure()), Octets(CheminTableMesureBak()));
+  EXPECT_EQ(test::LireOctets(CheminTableMesure()), test::LireOctets(CheminTableMesureBak()));
   EXPECT_EQ(w->Courant(), 2);
   EXPECT_EQ(Champ(0), "APN-1");
   EXPECT_TRUE(C("cmdSuppr")->isEnabled());
@@ -249,7 +246,7 @@ TEST_F(GestionTables, CopieDeSecoursExportEtEffacement) {
 
   C<QPushButton>("cmdBackupMesure")->click();
   EXPECT_EQ(dlg.Dernier().texte, "Tables de secours sauvegardées !");
-  EXPECT_EQ(Octets(CheminTableMesureBak()), Octets(CheminTableMesure()));
+  EXPECT_EQ(test::LireOctets(CheminTableMesureBak()), test::LireOctets(CheminTableMesure()));
   EXPECT_TRUE(C("cmdRecupTables")->isEnabled());
 
   // The export refuses the file itself, and copies elsewhere.
@@ -261,7 +258,7 @@ TEST_F(GestionTables, CopieDeSecoursExportEtEffacement) {
   dlg.chaines = {ailleurs};
   C<QPushButton>("cmdExporterTables")->click();
   EXPECT_EQ(dlg.Dernier().texte, "Fichier exporté avec succès");
-  EXPECT_EQ(Octets(ailleurs), Octets(CheminTableMesure()));
+  EXPECT_EQ(test::LireOctets(ailleurs), test::LireOctets(CheminTableMesure()));
   const auto appels = dlg.appels.size();
   C<QPushButton>("cmdExporterTables")->click();  // cancelled
   EXPECT_EQ(dlg.appels.size(), appels + 1);

@@ -3,16 +3,13 @@
 #include <QDir>
 #include <QFile>
 
+#include "tests/support/Octets.h"
 #include "platform/Fichiers.h"
 #include "platform/Systeme.h"
 
 namespace tg {
 namespace {
 
-QByteArray Octets(const QString& chemin) {
-  QFile f(chemin);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 void Poser(const QString& chemin, const QByteArray& octets) {
   QFile f(chemin);
@@ -47,14 +44,14 @@ TEST(Windows1252, CaractereHorsPageDevientPointDInterrogation) {
 TEST(Lignes, EcritesEnWindows1252EtCrLf) {
   const QString chemin = RepApplication() + "lignes.txt";
   ASSERT_TRUE(EcrireLignes(chemin, {QStringLiteral("Zoé"), QString(), QStringLiteral("fin")}));
-  EXPECT_EQ(Octets(chemin), QByteArray("Zo\xE9\r\n\r\nfin\r\n"));
+  EXPECT_EQ(test::LireOctets(chemin), QByteArray("Zo\xE9\r\n\r\nfin\r\n"));
 }
 
 TEST(Lignes, UneEcritureRemplaceToutLAncienContenu) {
   const QString chemin = RepApplication() + "lignes.txt";
   ASSERT_TRUE(EcrireLignes(chemin, {"un", "deux", "trois"}));
   ASSERT_TRUE(EcrireLignes(chemin, {"x"}));
-  EXPECT_EQ(Octets(chemin), QByteArray("x\r\n"));
+  EXPECT_EQ(test::LireOctets(chemin), QByteArray("x\r\n"));
   EXPECT_EQ(QDir(RepApplication()).entryList(QDir::Files), QStringList{"lignes.txt"});
 }
 
@@ -90,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Liste, EcritureSequentielleChainesEntreGuillemetsNombresNus) {
   const QString chemin = RepApplication() + "objectif.dat";
   ASSERT_TRUE(EcrireListe(chemin, {"4", "", "100", "-2.5", "1,5", "4.", "Zoé", "Plan 10x", "+3"}));
-  EXPECT_EQ(Octets(chemin), QByteArray("4\r\n\"\"\r\n100\r\n-2.5\r\n\"1,5\"\r\n\"4.\"\r\n"
+  EXPECT_EQ(test::LireOctets(chemin), QByteArray("4\r\n\"\"\r\n100\r\n-2.5\r\n\"1,5\"\r\n\"4.\"\r\n"
                                        "\"Zo\xE9\"\r\n\"Plan 10x\"\r\n+3\r\n"));
 }
 
