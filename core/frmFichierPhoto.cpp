@@ -821,19 +821,24 @@ void frmFichierPhoto::mnuScreenInfos() {
   Dialogues().Message(Titre(), TexteInfosEcran(e), Icone::Information);
 }
 
+bool frmFichierPhoto::RemettreImageSansFiltre() {
+  Bitmap copie;
+  if (!ai_.IO_Copy(s_.ImageSansFiltre, copie)) {
+    Erreur("Error - " + ai_.Error_GetLast());
+    return false;
+  }
+  ai_.IO_DestroyBitmap(s_.ImageFormatee);
+  s_.ImageFormatee = std::move(copie);
+  return true;
+}
+
 void frmFichierPhoto::mnuAnnulerFiltres() {
   if (Dialogues().Question(QStringLiteral("Supprimer filtres"),
                            QStringLiteral("Souhaitez-vous supprimer définitivement les filtres ?"),
                            Boutons::OuiNon, Reponse::Non, Icone::Question) != Reponse::Oui)
     return;
   if (!s_.ImageSansFiltre.Vide()) {
-    Bitmap copie;
-    if (!ai_.IO_Copy(s_.ImageSansFiltre, copie)) {
-      Erreur("Error - " + ai_.Error_GetLast());
-      return;
-    }
-    ai_.IO_DestroyBitmap(s_.ImageFormatee);
-    s_.ImageFormatee = std::move(copie);
+    if (!RemettreImageSansFiltre()) return;
     AfficherImage(s_.ImageFormatee);
     ai_.IO_DestroyBitmap(s_.ImageSansFiltre);
   }
@@ -845,15 +850,7 @@ void frmFichierPhoto::mnuAnnulerAnnotation() {
                            QStringLiteral("Voulez vous supprimer toutes les annotations ?"),
                            Boutons::OuiNon, Reponse::Non, Icone::Question) != Reponse::Oui)
     return;
-  if (!s_.ImageSansFiltre.Vide()) {
-    Bitmap copie;
-    if (!ai_.IO_Copy(s_.ImageSansFiltre, copie)) {
-      Erreur("Error - " + ai_.Error_GetLast());
-      return;
-    }
-    ai_.IO_DestroyBitmap(s_.ImageFormatee);
-    s_.ImageFormatee = std::move(copie);
-  }
+  if (!s_.ImageSansFiltre.Vide() && !RemettreImageSansFiltre()) return;
   // The cartouche window rebuilds the final picture from ImageFormatee.
   Appeler(QStringLiteral("ReconstruireCartouche"));
   FermerFenetres(QStringLiteral("frmAjouterCartouche"));

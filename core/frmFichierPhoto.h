@@ -130,6 +130,8 @@ class frmFichierPhoto : public QMainWindow {
   void Appeler(const QString& crochet);
   void Erreur(const QString& texte);
   void MarquerBouton(QAction* a, bool marque);
+  // ImageFormatee becomes a copy of ImageSansFiltre; false after the error message.
+  bool RemettreImageSansFiltre();
 
   SessionRecord& s_;
   cAdvancedImagery& ai_;
