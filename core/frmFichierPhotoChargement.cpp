@@ -250,18 +250,30 @@ void mnuRedimAuto(frmFichierPhoto& w) {
   montrerTemps();
 }
 
-void mnuOuvriFichier(frmFichierPhoto& w) {
-  const QString chemin = Dialogues().FichierOuvrir(QStringLiteral("  Choisir une image ..."),
-                                                   QDir::currentPath(), w.FiltreImages());
-  if (chemin.isEmpty()) return;  // cancelled
-  if (!FileExists(chemin)) {
-    Dialogues().Message(Titre(), QStringLiteral("Fichier introuvable !"), Icone::Exclamation);
-    return;
-  }
+namespace {
+
+// False, after "Fichier introuvable !", when the file has gone.
+bool FichierPresent(const QString& chemin) {
+  if (FileExists(chemin)) return true;
+  Dialogues().Message(Titre(), QStringLiteral("Fichier introuvable !"), Icone::Exclamation);
+  return false;
+}
+
+// The end of the open dialog's way in, shared by the recent files.
+void OuvrirEtRetenir(frmFichierPhoto& w, const QString& chemin) {
   Occupe occupe;
   ChargerImage(w, chemin);
   ControleImage(w);
   EcrireListeRecent(w, chemin);
+}
+
+}  // namespace
+
+void mnuOuvriFichier(frmFichierPhoto& w) {
+  const QString chemin = Dialogues().FichierOuvrir(QStringLiteral("  Choisir une image ..."),
+                                                   QDir::currentPath(), w.FiltreImages());
+  if (chemin.isEmpty()) return;  // cancelled
+  if (FichierPresent(chemin)) OuvrirEtRetenir(w, chemin);
 }
 
 void mnuOuvriFichierEtalon(frmFichierPhoto& w) {
@@ -288,19 +300,13 @@ void mnuRecent(frmFichierPhoto& w, int index) {
   SessionRecord& s = w.Session();
   if (index < 1 || index > int(s.ListeRecent.size())) return;
   const QString chemin = s.ListeRecent[size_t(index - 1)];
-  if (!FileExists(chemin)) {
-    Dialogues().Message(Titre(), QStringLiteral("Fichier introuvable !"), Icone::Exclamation);
-    return;
-  }
+  if (!FichierPresent(chemin)) return;
   if (!s.ImageCourante.Vide() &&
       Dialogues().Question(QStringLiteral("Nouvelle image ..."),
                            chemin + "\nVoulez-vous charger cette nouvelle image ?", Boutons::OuiNon,
                            Reponse::Oui, Icone::Question) != Reponse::Oui)
     return;
-  Occupe occupe;
-  ChargerImage(w, chemin);
-  ControleImage(w);
-  EcrireListeRecent(w, chemin);
+  OuvrirEtRetenir(w, chemin);
 }
 
 void mnuChargerClipBoard(frmFichierPhoto& w) {
