@@ -37,8 +37,25 @@ struct InfosEcran {
   int dpiY = 0;
 };
 
-// Text alignment codes of Effect_OverlayText.
-enum AlignementTexte { AlignGauche = 0, AlignCentre = 1, AlignDroite = 2 };
+// What Effect_OverlayText draws, in the order of the system's call.
+struct TexteSurImage {
+  // The rectangle, in whole pixels of the picture. An empty rectangle is a
+  // point: the text is anchored there and never clipped.
+  int gauche = 0, haut = 0, droite = 0, bas = 0;
+  int alignH = 0;  // 0 centred, 3 left, 4 right; 1 and 2 are refused
+  int alignV = 0;  // 0 centred, 1 top, 2 bottom; 3 and 4 are refused
+  bool ligneUnique = true;
+  bool coupureMots = false;  // break long lines at word ends (several lines only)
+  bool sansDecoupe = false;  // draw beyond the rectangle
+  QString police = QStringLiteral("Arial");
+  int taille = 8;  // points, at 96 dots per inch
+  bool gras = false, italique = false, souligne = false, barre = false;
+  int fond = -1;     // 0xBBGGRR behind the text's box; -1 none
+  int couleur = 0;   // 0xBBGGRR
+  int rotation = 0;  // tenths of a degree, counter-clockwise, 0 to 3600
+  int tabulation = 5;     // characters per tab stop
+  double decalage = 0.75; // kept for the callers; rotated text turns about its anchor
+};
 
 class cAdvancedImagery {
  public:
@@ -103,10 +120,10 @@ class cAdvancedImagery {
   bool Effect_SetTransparentColor(Bitmap& image, int couleur);
   // Pastes `dessus` onto `dessous` at (x, y) (top-left), leaving out its transparent colour.
   bool Effect_OverlayPicture(Bitmap& dessous, const Bitmap& dessus, int x, int y);
-  // Draws `texte` at (x, y); alignment AlignGauche/Centre/Droite, rotation in
-  // tenths of a degree, colours 0xBBGGRR, fond -1 for no background.
-  bool Effect_OverlayText(Bitmap& image, const QString& texte, const QFont& police, int couleur,
-                          int fond, int x, int y, int alignement, int rotation);
+  // Draws `texte` in its rectangle with its alignments, turned about the
+  // anchor that the alignments name (a corner, a side's middle or the centre).
+  // Fails on a refused alignment or rotation.
+  bool Effect_OverlayText(Bitmap& image, const QString& texte, const TexteSurImage& t);
   bool MemoryDC_FillRectangle(Bitmap& image, int x, int y, int l, int h, int couleur);
 
   // Fails when the clipboard holds no picture.

@@ -3,6 +3,8 @@
 #include <FreeImage.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -506,36 +508,56 @@ QRect Allumes(cAdvancedImagery& ai, const Bitmap& b) {
 }
 
 TEST_F(Imagerie, TextIsPlacedByAlignmentAndRotation) {
-  QFont police("DejaVu Sans");
-  police.setPixelSize(16);
-  auto dessiner = [&](int x, int y, int alignement, int rotation, int fond) {
+  // Text drawn in a rectangle, or anchored at a point when the rectangle is empty.
+  auto dessiner = [&](QRect r, int alignH, int alignV, int rotation, int fond) {
     Bitmap b;
     EXPECT_TRUE(ai.IO_CreateImage(b, 120, 120));
     EXPECT_TRUE(ai.Metadata_Set_Comments(b, "gardé"));
-    EXPECT_TRUE(ai.Effect_OverlayText(b, "HHHH", police, 0xFFFFFF, fond, x, y, alignement, rotation))
-        << ai.Error_GetLast().toStdString();
+    TexteSurImage t;
+    t.gauche = r.left();
+    t.haut = r.top();
+    t.droite = r.left() + r.width();
+    t.bas = r.top() + r.height();
+    t.alignH = alignH;
+    t.alignV = alignV;
+    t.police = "DejaVu Sans";
+    t.taille = 12;
+    t.couleur = 0xFFFFFF;
+    t.fond = fond;
+    t.rotation = rotation;
+    EXPECT_TRUE(ai.Effect_OverlayText(b, "HHHH", t)) << ai.Error_GetLast().toStdString();
     return b;
   };
-  const QRect gauche = Allumes(ai, dessiner(60, 50, AlignGauche, 0, -1));
+  const QRect point(60, 50, 0, 0);
+  const QRect gauche = Allumes(ai, dessiner(point, 3, 1, 0, -1));  // left, top
   ASSERT_FALSE(gauche.isEmpty());
   EXPECT_GE(gauche.left(), 60);
   EXPECT_GE(gauche.top(), 50);
   EXPECT_GT(gauche.width(), gauche.height());
 
-  const QRect droite = Allumes(ai, dessiner(60, 50, AlignDroite, 0, -1));
+  const QRect droite = Allumes(ai, dessiner(point, 4, 2, 0, -1));  // right, bottom
   EXPECT_LE(droite.right(), 60);
+  EXPECT_LE(droite.bottom(), 50);
   EXPECT_NEAR(droite.width(), gauche.width(), 1);
-  const QRect centre = Allumes(ai, dessiner(60, 50, AlignCentre, 0, -1));
+  const QRect centre = Allumes(ai, dessiner(point, 0, 0, 0, -1));
   EXPECT_NEAR(centre.center().x(), 60, 2);
+  EXPECT_NEAR(centre.center().y(), 50, 4);
 
-  // 90 degrees counter-clockwise: the text runs upwards from (x, y).
-  const QRect tourne = Allumes(ai, dessiner(60, 100, AlignGauche, 900, -1));
+  // In a rectangle: centred in it, and cut at its edges.
+  const QRect dansCadre = Allumes(ai, dessiner(QRect(10, 10, 100, 40), 0, 0, 0, -1));
+  EXPECT_NEAR(dansCadre.center().x(), 60, 2);
+  EXPECT_NEAR(dansCadre.center().y(), 30, 4);
+  const QRect coupe = Allumes(ai, dessiner(QRect(10, 10, 20, 40), 3, 1, 0, -1));
+  EXPECT_LE(coupe.right(), 29);
+
+  // 90 degrees counter-clockwise: the text runs upwards from its anchor.
+  const QRect tourne = Allumes(ai, dessiner(QRect(60, 100, 0, 0), 3, 1, 900, -1));
   EXPECT_GT(tourne.height(), tourne.width());
   EXPECT_LE(tourne.bottom(), 100);
   EXPECT_GE(tourne.left(), 60);
 
-  // A background fills the text's rectangle; the comment stays attached.
-  Bitmap fond = dessiner(60, 50, AlignGauche, 0, 0x0000FF);
+  // A background fills the text's box; the comment stays attached.
+  Bitmap fond = dessiner(point, 3, 1, 0, 0x0000FF);
   const QRect rouge = Allumes(ai, fond);
   EXPECT_EQ(rouge.left(), 60);
   EXPECT_EQ(rouge.top(), 50);
@@ -543,6 +565,23 @@ TEST_F(Imagerie, TextIsPlacedByAlignmentAndRotation) {
   QString texte;
   ASSERT_TRUE(ai.Metadata_Get_Comments(fond, texte));
   EXPECT_EQ(texte, QString::fromUtf8("gardé"));
+}
+
+TEST_F(Imagerie, TextRefusesTheCodesThatAreNotAlignments) {
+  Bitmap b;
+  ASSERT_TRUE(ai.IO_CreateImage(b, 20, 20));
+  for (auto [h, v, r] : {std::tuple{1, 0, 0}, {2, 0, 0}, {0, 3, 0}, {0, 4, 0}, {0, 0, 3601}}) {
+    TexteSurImage t;
+    t.alignH = h;
+    t.alignV = v;
+    t.rotation = r;
+    t.couleur = 0xFFFFFF;
+    EXPECT_FALSE(ai.Effect_OverlayText(b, "H", t)) << h << " " << v << " " << r;
+    EXPECT_FALSE(ai.Error_GetLast().isEmpty());
+  }
+  int c = -1;
+  ASSERT_TRUE(ai.Color_GetPixel(b, 10, 10, c));
+  EXPECT_EQ(c, 0) << "a refused call draws nothing";
 }
 
 TEST_F(Imagerie, ClipboardRoundTripAndEmptyClipboard) {
