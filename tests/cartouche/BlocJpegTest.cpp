@@ -21,9 +21,13 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Fichiers.h"
 #include "tests/cartouche/ValeursExemple.h"
+#include "tests/support/Processus.h"
 #include "tests/support/DialoguesScriptes.h"
 
 using namespace tg;
+using test::Cli;
+using test::Executer;
+using test::Sortie;
 
 namespace {
 
@@ -84,26 +88,6 @@ QStringList Champs(const SessionRecord& s) {
 #undef TG_CHAMP
 // clang-format on
 
-struct Sortie {
-  int code = -1;
-  QByteArray sortie, erreur;
-};
-
-Sortie Executer(const QString& programme, const QStringList& arguments,
-                const QStringList& environnement = {}) {
-  QProcess p;
-  QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-  for (const QString& e : environnement) env.insert(e.section(u'=', 0, 0), e.section(u'=', 1));
-  p.setProcessEnvironment(env);
-  p.start(programme, arguments);
-  Sortie s;
-  if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit) return s;
-  s.code = p.exitCode();
-  s.sortie = p.readAllStandardOutput();
-  s.erreur = p.readAllStandardError();
-  return s;
-}
-
 // exiftool is installed by the test script (scripts/setup.sh).
 QString Exiftool() { return QStandardPaths::findExecutable(QStringLiteral("exiftool")); }
 #define EXIGER_EXIFTOOL()                                                                 \
@@ -112,9 +96,6 @@ QString Exiftool() { return QStandardPaths::findExecutable(QStringLiteral("exift
          "(./test.sh le fait)"
 
 // The headless tool, built beside the tests.
-QString Cli() {
-  return QCoreApplication::applicationDirPath() + QStringLiteral("/../cli/tessellographe-cli");
-}
 
 class BlocJpeg : public testing::Test {
  protected:
