@@ -1,5 +1,6 @@
 #include "app/Assemblage.h"
 
+#include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "core/Chargement.h"
 #include "core/frmConfig.h"
@@ -22,6 +23,12 @@ void Assembler(frmFichierPhoto& fenetre) {
   // The comment editor of the picture file on disk (metadata).
   fenetre.DefinirCrochet(QStringLiteral("frmEditComments"),
                          [&fenetre] { frmEditComments::Ouvrir(fenetre); });
+  // The cartouche form, and the rebuild of the final picture once the
+  // annotations are dropped (cartouche).
+  fenetre.DefinirCrochet(QStringLiteral("frmAjouterCartouche"),
+                         [&fenetre] { frmAjouterCartouche::Afficher(fenetre); });
+  fenetre.DefinirCrochet(QStringLiteral("ReconstruireCartouche"),
+                         [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
   (void)fenetre;
 }
 
