@@ -7,6 +7,7 @@
 #include "measure/LiensTables.h"
 #include "measure/frmGenMesures.h"
 #include "measure/frmGestionTables.h"
+#include "measure/frmMesure.h"
 
 namespace tg {
 
@@ -33,6 +34,14 @@ void InstallerTablesMesure(frmFichierPhoto& fenetre) {
   // The main window has already refused to open without table_mesure.dat.
   fenetre.DefinirCrochet(QStringLiteral("frmGestionTables"), [f] {
     if (f) frmGestionTables::Afficher(f->Session(), false, f);
+  });
+  // The measuring window, in the mode the menu has just set in ModeMesure.
+  fenetre.DefinirCrochet(QStringLiteral("frmMesure"), [f] {
+    if (!f) return;
+    frmFichierPhoto::FermerFenetres(QStringLiteral("frmMesure"));
+    auto* w = new frmMesure(f->Session(), f->Imagerie(), f);
+    w->show();
+    f->FenetreOuverte(w);
   });
 }
 
