@@ -440,7 +440,11 @@ QByteArray EcrireRepertoires(StructureTIFF& s, Ordre ordre, int64_t depart, uint
 
   const QByteArray vignette = porteurVignette ? s.vignette : QByteArray();
   int64_t positionVignette = 0;
+  // A maker note laid out again is as long wherever it goes.
+  CExifDirEnt* note = avecExif && s.noteFabricant ? s.exif->Trouver(TagMakerNote) : nullptr;
+  if (note) note->SetData(s.noteFabricant(0));
   Placer(ordreEcriture, porteurVignette, vignette, ordre, depart, positionVignette);
+  if (note && note->getDataLength() > 4) note->SetData(s.noteFabricant(note->OffsetToValue));
   // Second pass: the pointers now know their targets; sizes do not change.
   if (avecExif) ifd0->AddModifyTag(TagExifIFD, FmtLong, Long(uint32_t(s.exif->Offset)));
   if (avecGps) ifd0->AddModifyTag(TagGPSIFD, FmtLong, Long(uint32_t(s.gps->Offset)));

@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "metadata/Octets.h"
@@ -182,6 +183,9 @@ struct StructureTIFF {
   // point into the file's own bytes and are written as they are.
   QByteArray vignette;
   bool gererVignette = false;
+  // When set, the maker note's bytes for a given offset in the structure:
+  // called once to know its length, then with its final place.
+  std::function<QByteArray(int64_t)> noteFabricant;
 };
 
 // Rebuilds the directories of `s` as a run of bytes that starts at offset

@@ -23,6 +23,21 @@ void LireSousRepertoires(const LecteurOctets& bloc, Ordre ordre, const CIFD& ifd
   if (const uint32_t o = ValeurPointeur(ifd0.Trouver(TagGPSIFD))) gps.ReadIFD(bloc, o, ordre);
 }
 
+void LireNoteFabricant(const LecteurOctets& bloc, Ordre ordre, const CIFD& sub, int fabricant,
+                       CMakerNote& note) {
+  note = CMakerNote();
+  const CExifDirEnt* e = sub.Trouver(TagMakerNote);
+  if (e == nullptr || e->getDataLength() <= 4) return;
+  note.Manufacture = fabricant;
+  note.ReadIFD(bloc, uint32_t(e->OffsetToValue), e->GetData(), ordre);
+}
+
+std::function<QByteArray(int64_t)> AjusteurNote(const CIFD& sub, const CMakerNote& note) {
+  const CExifDirEnt* e = sub.Trouver(TagMakerNote);
+  if (!note.Lu() || e == nullptr || e->GetData() != note.Octets()) return {};
+  return [&note](int64_t position) { return note.AdjustMakerNote(position); };
+}
+
 CExifJPEG::CExifJPEG() = default;
 
 bool CExifJPEG::ReadExif(const QByteArray& donnees) {
@@ -55,6 +70,7 @@ bool CExifJPEG::ReadExif(const QByteArray& donnees) {
     if (o >= 0 && n > 0) bloc.octetsAt(o, n, ThumbnailData);  // left empty when outside
   }
   LireSousRepertoires(bloc, alignType, ifd_[0], sub_, gps_, interop_);
+  LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
   return true;
 }
 
@@ -91,6 +107,7 @@ bool CExifJPEG::WriteEXIF(QByteArray& segment, QString* erreur) {
   s.interop = &interop_;
   s.vignette = ThumbnailData;
   s.gererVignette = true;
+  s.noteFabricant = AjusteurNote(sub_, note_);
   uint32_t premier = 0;
   // The header takes 8 bytes: IFD0 follows it.
   const QByteArray repertoires = EcrireRepertoires(s, alignType, 8, premier);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "metadata/CExif.h"
+#include "metadata/CMakerNote.h"
 #include "metadata/CMarker.h"
 
 namespace tg::meta {
@@ -39,6 +40,9 @@ class CExifJPEG : public CExif {
   QByteArray MakerNote() const override;
   Ordre AlignType() const override { return alignType; }
   bool Lu() const { return lu_; }
+  // The maker note of tag 37500 as read; Lu() false when there is none or it
+  // is not a directory.
+  CMakerNote& NoteFabricant() { return note_; }
 
   // The whole APP1 segment, marker and length included, rebuilt from the
   // directories; empty when IFD0 has no entries. False with a French message
@@ -49,6 +53,7 @@ class CExifJPEG : public CExif {
   QString fichier_;
   CIFD ifd_[2];
   CIFD gps_, sub_, interop_;
+  CMakerNote note_;
   bool lu_ = false;
 };
 
@@ -59,5 +64,11 @@ uint32_t ValeurPointeur(const CExifDirEnt* e);
 // from a TIFF structure.
 void LireSousRepertoires(const LecteurOctets& bloc, Ordre ordre, const CIFD& ifd0, CIFD& sub,
                          CIFD& gps, CIFD& interop);
+// Reads the maker note of `sub` (tag 37500) for maker `fabricant`.
+void LireNoteFabricant(const LecteurOctets& bloc, Ordre ordre, const CIFD& sub, int fabricant,
+                       CMakerNote& note);
+// The writer's hook that moves the note without breaking it, when its bytes
+// are still those read; empty otherwise.
+std::function<QByteArray(int64_t)> AjusteurNote(const CIFD& sub, const CMakerNote& note);
 
 }  // namespace tg::meta

@@ -41,13 +41,25 @@ bool CImage::ReadImage(const QString& path) {
       format_ = std::move(t);
       return true;
     }
-    default:
-      erreur_ =
-          QStringLiteral("Les métadonnées des fichiers %1 ne sont pas encore prises en charge.")
-              .arg(ImageType == TypeBMP   ? QStringLiteral("BMP")
-                   : ImageType == TypePNG ? QStringLiteral("PNG")
-                                          : QStringLiteral("GIF"));
-      return false;
+    case TypePNG: {
+      auto p = std::make_unique<CPNG>();
+      p->LireOctets(octets, path);
+      format_ = std::move(p);
+      return true;
+    }
+    case TypeGIF: {
+      auto g = std::make_unique<CGIF>();
+      g->LireOctets(octets, path);
+      format_ = std::move(g);
+      return true;
+    }
+    case TypeBMP:
+    default: {
+      auto b = std::make_unique<CBMP>();
+      b->LireOctets(octets, path);
+      format_ = std::move(b);
+      return true;
+    }
   }
 }
 

@@ -5,7 +5,9 @@
 #include <QString>
 #include <memory>
 
+#include "metadata/CGIF.h"
 #include "metadata/CJPEG.h"
+#include "metadata/CPNG.h"
 #include "metadata/CTIFF.h"
 
 namespace tg::meta {
@@ -32,6 +34,9 @@ class CImage {
   CFormatImage* ImageProps() { return format_.get(); }
   CJPEG* JPEG() { return dynamic_cast<CJPEG*>(format_.get()); }
   CTIFF* TIFF() { return dynamic_cast<CTIFF*>(format_.get()); }
+  CPNG* PNG() { return dynamic_cast<CPNG*>(format_.get()); }
+  CGIF* GIF() { return dynamic_cast<CGIF*>(format_.get()); }
+  CBMP* BMP() { return dynamic_cast<CBMP*>(format_.get()); }
   QString Erreur() const { return erreur_; }
 
  private:

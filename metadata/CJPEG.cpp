@@ -117,6 +117,7 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
   exif_.reset();
   segmentsExif_.clear();
   jfif_ = CJFIF();
+  iptc_ = CIPTC();
   commentaire_ = CJPEGComment();
   for (const CMarker& m : parcours_.segments) {
     switch (m.Marker) {
@@ -140,9 +141,10 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
         commentaire_.ReadComment(source_, m);
         break;
       default:
-        break;  // APP13 (IPTC) and the rest are carried as they stand
+        break;  // the rest is carried as it stands
     }
   }
+  iptc_.ReadIPTCJPEG(source_, parcours_.segments);
   if (!exif_) {
     exif_ = std::make_unique<CExifJPEG>();
     exif_->SetFile(path);
@@ -156,6 +158,10 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
 
 bool CJPEG::Remplace(const CMarker& m) const {
   if (m.Marker == kCOM) return true;
+  if (m.Marker == kAPP13) {
+    const auto& lus = iptc_.SegmentsLus();
+    return std::find(lus.begin(), lus.end(), m.lpData) != lus.end();
+  }
   if (m.Marker != kAPP1) return false;
   return std::find(segmentsExif_.begin(), segmentsExif_.end(), m.lpData) != segmentsExif_.end();
 }
@@ -176,6 +182,7 @@ bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
   QByteArray exif;
   if (!exif_->WriteEXIF(exif, erreur)) return false;
   e.octets(exif);
+  if (!iptc_.WriteIPTCDataJPEG(e, erreur)) return false;
   if (!commentaire_.WriteComment(e, erreur)) return false;
   const LecteurOctets source(source_);
   for (const CMarker& m : parcours_.segments) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "metadata/CExifJPEG.h"
+#include "metadata/CIPTC.h"
 #include "metadata/CMarker.h"
 
 namespace tg::meta {
@@ -88,6 +89,7 @@ class CJPEG : public CFormatImage {
   static int64_t WriteToEndOfFile(QFile& f, const QByteArray& tampon);
 
   CExifJPEG* EXIF() { return exif_.get(); }
+  CIPTC& IPTC() { return iptc_; }
   CJFIF& JFIF() { return jfif_; }
   CJPEGComment& JPEGComment() { return commentaire_; }
   const std::vector<CMarker>& Segments() const { return parcours_.segments; }
@@ -105,6 +107,7 @@ class CJPEG : public CFormatImage {
   ParcoursJPEG parcours_;
   std::unique_ptr<CExifJPEG> exif_;
   std::vector<int64_t> segmentsExif_;  // lpData of the APP1 blocks read as EXIF
+  CIPTC iptc_;
   CJFIF jfif_;
   CJPEGComment commentaire_;
 };

@@ -13,6 +13,7 @@ constexpr int kMaxRepertoires = 256;
 bool CExifTIFF::ReadExif(const QByteArray& donnees) {
   ifds_.clear();
   gps_ = sub_ = interop_ = CIFD();
+  note_ = CMakerNote();
   lpData.clear();
   const LecteurOctets bloc(donnees);
   uint16_t marque = 0, quarante2 = 0;
@@ -30,7 +31,10 @@ bool CExifTIFF::ReadExif(const QByteArray& donnees) {
     offset = r.ReadIFD(bloc, offset, alignType);
     ifds_.push_back(std::move(r));
   }
-  if (!ifds_.empty()) LireSousRepertoires(bloc, alignType, ifds_[0], sub_, gps_, interop_);
+  if (!ifds_.empty()) {
+    LireSousRepertoires(bloc, alignType, ifds_[0], sub_, gps_, interop_);
+    LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
+  }
   return true;
 }
 
@@ -74,6 +78,7 @@ bool CExifTIFF::WriteEXIF(QByteArray& sortie, QString* erreur) {
   s.exif = &sub_;
   s.gps = &gps_;
   s.interop = &interop_;
+  s.noteFabricant = AjusteurNote(sub_, note_);
   const int64_t depart = lpData.size() + lpData.size() % 2;
   uint32_t premier = 0;
   const QByteArray repertoires = EcrireRepertoires(s, alignType, depart, premier);
@@ -108,6 +113,15 @@ void CTIFF::LireOctets(const QByteArray& fichier, const QString& path) {
   exif_.SetFile(path);
   exif_.OriginalFile = path;
   exif_.ReadExif(fichier);
+  iptc_.ReadIPTCTIFF(exif_);
+  iptcLu_ = !iptc_.Tags.empty();
+}
+
+bool CTIFF::Ecrire(QByteArray& sortie, QString* erreur) {
+  // Tag 33723 is rebuilt only from datasets read or added: a value that did
+  // not read as datasets is carried as it stands.
+  if ((iptcLu_ || !iptc_.Tags.empty()) && !iptc_.WriteIPTCTIFF(exif_, erreur)) return false;
+  return exif_.WriteEXIF(sortie, erreur);
 }
 
 bool CTIFF::WriteTIFF(const QString& path, QString* erreur) {

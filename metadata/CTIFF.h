@@ -21,6 +21,7 @@ class CExifTIFF : public CExif {
   int64_t Length() const { return lpData.size(); }
   int Manufacture() { return GetManufacturer(); }
   int MakerNoteTagVersion = 0;
+  CMakerNote& NoteFabricant() { return note_; }
 
   // `donnees`: the whole file. False, the object empty, without a TIFF header.
   // The chain of directories stops at a cycle, at an offset outside the file
@@ -47,6 +48,7 @@ class CExifTIFF : public CExif {
   QString fichier_;
   std::vector<CIFD> ifds_;
   CIFD gps_, sub_, interop_;
+  CMakerNote note_;
 };
 
 class CTIFF : public CFormatImage {
@@ -56,12 +58,14 @@ class CTIFF : public CFormatImage {
   void LireOctets(const QByteArray& fichier, const QString& path = {});
   // Writes `path` (replaced only once complete).
   bool WriteTIFF(const QString& path, QString* erreur = nullptr);
-  bool Ecrire(QByteArray& sortie, QString* erreur) override {
-    return exif_.WriteEXIF(sortie, erreur);
-  }
+  bool Ecrire(QByteArray& sortie, QString* erreur) override;
+  // The datasets of IFD0's tag 33723.
+  CIPTC& IPTC() { return iptc_; }
 
  private:
   CExifTIFF exif_;
+  CIPTC iptc_;
+  bool iptcLu_ = false;
 };
 
 }  // namespace tg::meta

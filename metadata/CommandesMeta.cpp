@@ -49,7 +49,6 @@ int CommandeInfos(const QStringList& arguments, QTextStream& sortie, QTextStream
     erreurs << erreur << "\n";
     return 3;
   }
-  // BMP, PNG and GIF have no reader yet: their type alone is told.
   image.ReadImage(args[0]);
   if (json)
     sortie << QJsonDocument(InfosJson(image)).toJson(QJsonDocument::Indented);
@@ -75,13 +74,17 @@ int CommandeCommentaire(const QStringList& arguments, QTextStream& sortie, QText
     return 3;
   }
   CJPEG* jpeg = image.JPEG();
-  if (jpeg == nullptr) {
-    erreurs << QStringLiteral("Le fichier %1 n'est pas un JPEG : il n'a pas de commentaire.\n")
+  CPNG* png = image.PNG();
+  CGIF* gif = image.GIF();
+  if (jpeg == nullptr && png == nullptr && gif == nullptr) {
+    erreurs << QStringLiteral(
+                   "Le fichier %1 n'est ni un JPEG, ni un PNG, ni un GIF : il n'a pas de "
+                   "commentaire.\n")
                    .arg(chemin);
     return 3;
   }
   if (lire) {
-    sortie << jpeg->JPEGComment().Texte();
+    sortie << (jpeg ? jpeg->JPEGComment().Texte() : png ? png->Commentaire() : gif->Comment);
     return 0;
   }
   QByteArray octets;
@@ -90,7 +93,11 @@ int CommandeCommentaire(const QStringList& arguments, QTextStream& sortie, QText
     erreurs << erreur << "\n";
     return 3;
   }
-  jpeg->JPEGComment().Content = TexteDepuisFichier(octets);
+  const QString texte = TexteDepuisFichier(octets);
+  if (jpeg) jpeg->JPEGComment().Content = texte;
+  // A PNG keeps it in a tEXt chunk "Comment".
+  if (png) png->SetCommentaire(texte);
+  if (gif) gif->Comment = texte;
   if (!image.WriteImage(chemin)) {
     erreurs << image.Erreur() << "\n";
     return 3;

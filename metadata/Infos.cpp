@@ -1,6 +1,8 @@
 #include "metadata/Infos.h"
 
 #include <QJsonArray>
+#include <cmath>
+#include <iterator>
 
 #include "metadata/CImage.h"
 
@@ -28,6 +30,26 @@ std::vector<RepertoireNomme> Repertoires(CExif& exif) {
   return r;
 }
 
+CMakerNote* Note(CExif& exif) {
+  if (auto* j = dynamic_cast<CExifJPEG*>(&exif)) return &j->NoteFabricant();
+  if (auto* t = dynamic_cast<CExifTIFF*>(&exif)) return &t->NoteFabricant();
+  return nullptr;
+}
+
+QJsonObject NoteJson(const CMakerNote& note) {
+  QJsonArray entrees;
+  for (const CExifDirEnt& e : note.Directories)
+    entrees.append(QJsonObject{{"tag", e.Tag},
+                               {"nom", note.NomTag(e.Tag)},
+                               {"format", e.DataFormat},
+                               {"nombre", e.NumberOfComponent},
+                               {"valeur", note.GetMakerNoteFormatted(e)}});
+  return QJsonObject{{"fabricant", note.Manufacture},
+                     {"version", note.MakerNoteTagVersion},
+                     {"offset", note.Offset},
+                     {"entrees", entrees}};
+}
+
 QJsonObject ExifJson(CExif& exif) {
   QJsonObject o;
   o["ordre"] = exif.AlignType() == Ordre::Intel ? "II" : "MM";
@@ -45,6 +67,8 @@ QJsonObject ExifJson(CExif& exif) {
     reps[r.nom] = entrees;
   }
   o["repertoires"] = reps;
+  const CMakerNote* note = Note(exif);
+  if (note && note->Lu()) o["makernote"] = NoteJson(*note);
   return o;
 }
 
@@ -59,10 +83,12 @@ QString ExifTexte(CExif& exif) {
       QString nom = NomTag(e.Tag, r.genre);
       if (nom.isEmpty()) nom = QStringLiteral("(inconnu)");
       QString valeur = e.GetDataFormatted();
-      const QString sens =
-          r.genre == Repertoire::GPS || e.GetDataSize() == 0 || e.DataFormat == FmtAscii
-              ? QString()
-              : SignificationValeur(e.Tag, int64_t(e.GetDataVariant()));
+      const QString sens = r.genre == Repertoire::GPS || e.GetDataSize() == 0 ||
+                                   e.DataFormat == FmtAscii ||
+                                   !(std::abs(e.GetDataVariant()) <
+                                     9.0e18)  // outside int64: no meaning, no overflow
+                               ? QString()
+                               : SignificationValeur(e.Tag, int64_t(e.GetDataVariant()));
       if (!sens.isEmpty()) valeur += QStringLiteral(" (%1)").arg(sens);
       t += QStringLiteral("    0x%1 %2  format %3 x %4 : %5\n")
                .arg(e.Tag, 4, 16, QLatin1Char('0'))
@@ -72,7 +98,82 @@ QString ExifTexte(CExif& exif) {
                .arg(valeur);
     }
   }
+  const CMakerNote* note = Note(exif);
+  if (note && note->Lu()) {
+    t += QStringLiteral("  [MakerNote] fabricant %1, version %2, en-tête de %3 octets\n")
+             .arg(note->Manufacture)
+             .arg(note->MakerNoteTagVersion)
+             .arg(note->Offset);
+    for (const CExifDirEnt& e : note->Directories) {
+      QString nom = note->NomTag(e.Tag);
+      if (nom.isEmpty()) nom = QStringLiteral("(inconnu)");
+      t += QStringLiteral("    0x%1 %2  format %3 x %4 : %5\n")
+               .arg(e.Tag, 4, 16, QLatin1Char('0'))
+               .arg(nom)
+               .arg(e.DataFormat)
+               .arg(e.NumberOfComponent)
+               .arg(note->GetMakerNoteFormatted(e));
+    }
+  }
   return t;
+}
+
+// The datasets in file order.
+QJsonArray IptcJson(const CIPTC& iptc) {
+  QJsonArray a;
+  for (const CIPTCTag& t : iptc.Tags)
+    a.append(QJsonObject{{"enregistrement", t.RecordNumber},
+                         {"jeu", t.DataSetNumber},
+                         {"nom", t.Nom()},
+                         {"valeur", t.GetDataFormatted(iptc.Utf8())}});
+  return a;
+}
+
+QString IptcTexte(const CIPTC& iptc) {
+  if (iptc.Tags.empty()) return {};
+  QString t = QStringLiteral("IPTC :\n");
+  for (const CIPTCTag& d : iptc.Tags)
+    t += QStringLiteral("  %1:%2 %3 : %4\n")
+             .arg(d.RecordNumber)
+             .arg(d.DataSetNumber)
+             .arg(d.Nom().isEmpty() ? QStringLiteral("(inconnu)") : d.Nom())
+             .arg(d.GetDataFormatted(iptc.Utf8()));
+  return t;
+}
+
+// Every chunk in file order; the text chunks with their keyword and text.
+QJsonArray PngJson(const CPNG& p) {
+  QJsonArray chunks;
+  size_t t = 0, z = 0, i = 0;
+  for (const CChunk& c : p.Chunks) {
+    QJsonObject o{{"type", QString::fromLatin1(c.ChunkType)}, {"longueur", qint64(c.Length)}};
+    const CTexteBase* texte = nullptr;
+    if (c.ChunkType == "tEXt" && t < p.tEXt.size()) texte = &p.tEXt[t++];
+    if (c.ChunkType == "zTXt" && z < p.zTXt.size()) texte = &p.zTXt[z++];
+    if (c.ChunkType == "iTXt" && i < p.iTXt.size()) texte = &p.iTXt[i++];
+    if (texte) {
+      o["motcle"] = texte->MotCle;
+      o["texte"] = texte->Content;
+    }
+    chunks.append(o);
+  }
+  return chunks;
+}
+
+const char* const kChampsBMP[] = {
+    "bfType",          "bfSize",          "bfReserved1",   "bfReserved2",
+    "bfOffBits",       "biSize",          "biWidth",       "biHeight",
+    "biPlanes",        "biBitCount",      "biCompression", "biSizeImage",
+    "biXPelsPerMeter", "biYPelsPerMeter", "biClrUsed",     "biClrImportant"};
+
+QJsonObject BmpJson(const CBMP& b) {
+  const qint64 v[] = {b.bfType,          b.bfSize,          b.bfReserved1,   b.bfReserved2,
+                      b.bfOffBits,       b.biSize,          b.biWidth,       b.biHeight,
+                      b.biPlanes,        b.biBitCount,      b.biCompression, b.biSizeImage,
+                      b.biXPelsPerMeter, b.biYPelsPerMeter, b.biClrUsed,     b.biClrImportant};
+  QJsonObject o;
+  for (size_t k = 0; k < std::size(kChampsBMP); ++k) o[kChampsBMP[k]] = v[k];
+  return o;
 }
 
 }  // namespace
@@ -102,9 +203,21 @@ QJsonObject InfosJson(CImage& image) {
     else
       o["jfif"] = QJsonValue::Null;
     o["exif"] = ExifJson(*j->EXIF());
+    o["iptc"] = IptcJson(j->IPTC());
     o["commentaire"] = j->JPEGComment().Texte();
   } else if (CTIFF* t = image.TIFF()) {
     o["exif"] = ExifJson(t->EXIF());
+    o["iptc"] = IptcJson(t->IPTC());
+  } else if (CPNG* p = image.PNG()) {
+    o["png"] = PngJson(*p);
+  } else if (CGIF* g = image.GIF()) {
+    if (g->Lu())
+      o["gif"] = QJsonObject{{"version", g->Version},
+                             {"largeur", g->Width},
+                             {"hauteur", g->Height},
+                             {"commentaire", g->Comment}};
+  } else if (CBMP* b = image.BMP()) {
+    if (b->Lu()) o["bmp"] = BmpJson(*b);
   }
   return o;
 }
@@ -131,9 +244,35 @@ QString InfosTexte(CImage& image) {
                .arg(f.Xthumbnail)
                .arg(f.Ythumbnail);
     t += ExifTexte(*j->EXIF());
+    t += IptcTexte(j->IPTC());
     t += QStringLiteral("Commentaire :\n%1\n").arg(j->JPEGComment().Texte());
   } else if (CTIFF* tf = image.TIFF()) {
     t += ExifTexte(tf->EXIF());
+    t += IptcTexte(tf->IPTC());
+  } else if (CPNG* p = image.PNG()) {
+    t += QStringLiteral("Blocs PNG :\n");
+    for (const QJsonValue& v : PngJson(*p)) {
+      const QJsonObject c = v.toObject();
+      t += QStringLiteral("  %1  longueur %2")
+               .arg(c["type"].toString())
+               .arg(c["longueur"].toInteger());
+      if (c.contains("motcle"))
+        t += QStringLiteral("  %1 : %2").arg(c["motcle"].toString(), c["texte"].toString());
+      t += "\n";
+    }
+  } else if (CGIF* g = image.GIF()) {
+    if (g->Lu())
+      t += QStringLiteral("GIF %1 : %2x%3\nCommentaire :\n%4\n")
+               .arg(g->Version)
+               .arg(g->Width)
+               .arg(g->Height)
+               .arg(g->Comment);
+  } else if (CBMP* b = image.BMP()) {
+    if (b->Lu()) {
+      const QJsonObject o = BmpJson(*b);
+      for (const char* nom : kChampsBMP)
+        t += QStringLiteral("  %1 = %2\n").arg(QLatin1String(nom)).arg(o[nom].toInteger());
+    }
   }
   return t;
 }

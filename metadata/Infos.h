@@ -9,7 +9,12 @@ namespace tg::meta {
 class CImage;
 
 // `image` has been read. Keys: "type", and for a JPEG "segments", "jfif",
-// "exif", "commentaire"; for a TIFF "exif".
+// "exif" (with "makernote" when the maker note reads as a directory:
+// "fabricant", "version", "offset", "entrees"), "iptc", "commentaire"; for a TIFF "exif", "iptc" (the datasets in
+// file order: "enregistrement", "jeu", "nom", "valeur"); for a PNG "png" (every chunk in
+// file order: "type", "longueur", and "motcle", "texte" for the text chunks);
+// for a GIF "gif" ("version", "largeur", "hauteur", "commentaire"); for a BMP
+// "bmp" (the header fields under their names).
 QJsonObject InfosJson(CImage& image);
 QString InfosTexte(CImage& image);
 

@@ -19,7 +19,7 @@ fi
 
 cmake -S "$racine" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_CXX_COMPILER="$cxx" -DTG_FUZZ=ON -DTG_TESTS=OFF -DTG_BENCH=OFF -DTG_SANITIZE=OFF >/dev/null
-cibles=(jpeg exif tiff commentaire)
+cibles=(jpeg exif tiff commentaire png gif iptc makernote)
 cmake --build "$build" -j2 --target fuzz_graines "${cibles[@]/#/fuzz_}"
 
 corpus="$build/corpus"

@@ -1,8 +1,10 @@
 // Writes the seeds of the fuzz targets: pictures made here, never copied.
 // Usage: fuzz_graines DOSSIER (makes DOSSIER/jpeg, exif, tiff, commentaire).
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QImage>
 #include <cstdio>
 
 #include "metadata/CExifJPEG.h"
@@ -82,6 +84,51 @@ int main(int argc, char** argv) {
   Ecrire(racine + "/commentaire", "com.bin",
          QByteArray(1, '\0') + Segment(0xFE, QByteArray("Titre=X\r\n\0", 10)) +
              QByteArray("\xFF\xDB\x00\x43", 4));
+  QImage image(12, 8, QImage::Format_ARGB32);
+  image.fill(qRgba(10, 200, 30, 128));
+  image.setText("Comment", "Titre=X");
+  image.setText("Description", QString(400, 'd'));
+  image.setText("Auteur", QString::fromUtf8("Équipe"));
+  QByteArray png;
+  QBuffer tampon(&png);
+  tampon.open(QIODevice::WriteOnly);
+  image.save(&tampon, "PNG");
+  Ecrire(racine + "/png", "texte.png", png);
+  const QByteArray gif(
+      "GIF89a\x01\x00\x01\x00\x80\x00\x00\x00\x00\x00\xFF\xFF\xFF"
+      "\x21\xFE\x03"
+      "abc\x00\x21\xF9\x04\x00\x00\x00\x00\x00"
+      "\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02\x44\x01\x00\x3B",
+      50);
+  Ecrire(racine + "/gif", "commentaire.gif", gif);
+  Ecrire(racine + "/gif", "image.bmp",
+         QByteArray("BM\x46\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0", 18) + QByteArray(52, '\x01'));
+  Ecrire(racine + "/iptc", "mots.bin",
+         QByteArray("8BIM\x03\xED\0\0\0\0\0\x04\0\x48\0\0"
+                    "8BIM\x04\x04\0\0\0\0\0\x0F",
+                    28) +
+             QByteArray("\x1C\x02\x19\0\x01"
+                        "a\x1C\x02\x78\0\x04"
+                        "abcd\0",
+                        16));
+  // Maker notes: first byte the maker + 1, second the byte order (1 Motorola).
+  Ecrire(racine + "/makernote", "pentax.bin",
+         QByteArray("\x0E\x01"
+                    "AOC\0MM\0\x02\0\x08\0\x03\0\0\0\x01\0\x02\0\0"
+                    "\x02\x29\0\x02\0\0\0\x0C\0\0\0\x2C\0\0\0\0"
+                    "SN 12345678\0",
+                    50));
+  Ecrire(racine + "/makernote", "nikon.bin",
+         QByteArray("\x02\x00"
+                    "Nikon\0\x02\x10\0\0"
+                    "II*\0\x08\0\0\0\x01\0\x04\0\x02\0"
+                    "\x08\0\0\0\x1A\0\0\0\0\0\0\0"
+                    "FINE   \0",
+                    46));
+  Ecrire(racine + "/makernote", "casio.bin",
+         QByteArray("\x03\x00"
+                    "QVC\0\0\0\x01\0\x02\x30\x03\0\x01\0\0\0\x03\0\0\0\0\0\0\0",
+                    26));
   Ecrire(racine + "/commentaire", "pair.bin", QByteArray(1, '\0') + Segment(0xFE, "abcd"));
   return 0;
 }

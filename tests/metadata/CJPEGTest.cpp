@@ -123,14 +123,15 @@ TEST(CImage, UnFichierQuiNEstPasUnJPEG) {
   EXPECT_EQ(Lire(chemin), QByteArray("ceci n'est pas une image"));
 }
 
-TEST(CImage, LesFormatsSansLecteurNeSontPasReecrits) {
+TEST(CImage, UnBMPSeLitMaisNEstPasReecrit) {
   const QByteArray bmp = QByteArray("BM") + QByteArray(60, '\x01');
   const QString chemin = Ecrire("i.bmp", bmp);
   CImage image;
-  EXPECT_FALSE(image.ReadImage(chemin));
+  EXPECT_TRUE(image.ReadImage(chemin));
   EXPECT_EQ(image.ImageType, 2);
-  EXPECT_FALSE(image.Erreur().isEmpty());
+  ASSERT_NE(image.BMP(), nullptr);
   EXPECT_FALSE(image.WriteImage(chemin));
+  EXPECT_FALSE(image.Erreur().isEmpty());
   EXPECT_EQ(Lire(chemin), bmp);
 }
 
@@ -311,7 +312,8 @@ TEST(Reecriture, RienNeSePerdEtLeScanResteIntact) {
   ASSERT_TRUE(image.WriteImage(chemin)) << image.Erreur().toStdString();
   const QByteArray sortie = Lire(chemin);
 
-  std::vector<uint16_t> attendu = {0xE1FF, 0xFEFF, 0xE1FF, 0xEDFF};
+  // EXIF, the Photoshop segment and the comment are rebuilt, in this order.
+  std::vector<uint16_t> attendu = {0xE1FF, 0xEDFF, 0xFEFF, 0xE1FF};
   for (const CMarker& m : ParcourirSegments(JpegQt()).segments) attendu.push_back(m.Marker);
   EXPECT_EQ(Marqueurs(sortie), attendu);
   EXPECT_EQ(Scan(sortie), Scan(source));
