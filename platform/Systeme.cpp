@@ -72,7 +72,12 @@ QString RepApplication() {
 }
 
 QString DossierDocuments() {
-  return AvecSeparateur(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  // A fresh Linux account may have no documents folder yet, where the program's
+  // folders are made at first run: it is created, as the desktop would. When it
+  // cannot be, the path is still given and first run reports it.
+  const QString dossier = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  if (!dossier.isEmpty()) QDir().mkpath(dossier);
+  return AvecSeparateur(dossier);
 }
 
 QString GetTemporyFolderPath() { return AvecSeparateur(QDir::tempPath()); }

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 #include <QUrl>
 
@@ -55,6 +56,9 @@ TEST(Dossiers, SansVariableLeDossierDeDonneesDeLUtilisateur) {
 
 TEST(Dossiers, DocumentsEtTemporaireFinissentParUnSeparateur) {
   EXPECT_EQ(DossierDocuments(), qEnvironmentVariable("HOME") + "/Documents/");
+  // A fresh account without the folder gets it made.
+  ASSERT_TRUE(QDir(qEnvironmentVariable("HOME") + "/Documents").removeRecursively());
+  EXPECT_TRUE(QFileInfo(DossierDocuments()).isDir());
   EXPECT_TRUE(GetTemporyFolderPath().endsWith('/'));
   EXPECT_TRUE(FolderExists(GetTemporyFolderPath()));
   EXPECT_TRUE(FolderExists(DossierExecutable()));
