@@ -1,80 +1,229 @@
-// formater SOURCE CIBLE [--format 0-4] [--filtre 1-4] [--qualite Q] [--poids-max KO]:
-// the road of a picture without a window: loaded, resized to an output
-// format, tried as resultat.jpg and copied to CIBLE when its weight passes.
-#include <QTextStream>
+// formater PHOTO -o SORTIE.jpg [options]: the main road without a display.
+// The picture goes through the same steps and the same cartouche form as in
+// the windows (the form is built hidden and driven by its controls): load,
+// ControleImage, resize, cartouche, final picture, trial save, copy.
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDate>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <map>
 
+#include "cartouche/frmAjouterCartouche.h"
+#include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
+#include "cli/Console.h"
 #include "core/Chargement.h"
 #include "core/Enregistrement.h"
 #include "core/Formats.h"
 #include "core/Session.h"
+#include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "platform/Nombres.h"
+#include "platform/Textes.h"
 
 namespace tg::cli {
 namespace {
 
+const char* const kUsage =
+    "formater PHOTO -o SORTIE.jpg [--format 0-4] [--filtre 1-4] [--cartouche sous|sur] "
+    "[--titre T] [--auteur T] [--eclairage T] [--provenance T] [--preparation T] "
+    "[--coloration T] [--date JJ/MM/AAAA] [--table N --objectif X | --pix P --mic M "
+    "--objectif X] [--longueur L] [--unite um|mm] [--qualite 1-100] [--poids-max KO]";
+
+int Usage(const QString& raison) {
+  if (!raison.isEmpty()) Ligne(raison, stderr);
+  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+  return 2;
+}
+
+int Refus(const QString& texte) {
+  if (!texte.isEmpty()) Ligne(texte, stderr);
+  return 3;
+}
+
+struct Options {
+  QString photo, sortie;
+  std::map<QString, QString> valeurs;  // option -> value
+  bool A(const char* nom) const { return valeurs.count(QLatin1String(nom)) != 0; }
+  QString V(const char* nom) const {
+    auto it = valeurs.find(QLatin1String(nom));
+    return it == valeurs.end() ? QString() : it->second;
+  }
+};
+
+// An integer option in [min, max]; `defaut` when absent. False on a bad value.
+bool Entier(const Options& o, const char* nom, int min, int max, int& valeur) {
+  if (!o.A(nom)) return true;
+  bool ok = false;
+  valeur = o.V(nom).toInt(&ok);
+  return ok && valeur >= min && valeur <= max;
+}
+
+template <class T>
+T* Controle(QWidget& f, const char* nom) {
+  return f.findChild<T*>(QLatin1String(nom));
+}
+
+// Puts the value in a line or an editable list, as typing would.
+void Saisir(QWidget& f, const char* nom, const QString& texte) {
+  if (auto* e = Controle<QLineEdit>(f, nom)) {
+    // The program's checks, not the control's length limit, judge a text.
+    e->setMaxLength(32767);
+    e->setText(texte);
+  } else if (auto* c = Controle<QComboBox>(f, nom)) {
+    c->setCurrentText(texte);
+  }
+}
+
+bool Choisir(QWidget& f, const char* nom, const QString& texte) {
+  auto* c = Controle<QComboBox>(f, nom);
+  const int i = c ? c->findText(texte) : -1;
+  if (i < 0) return false;
+  c->setCurrentIndex(i);
+  return true;
+}
+
 int Formater(const QStringList& arguments) {
-  QTextStream sortie(stdout);
-  QTextStream erreurs(stderr);
+  static const QStringList avecValeur = {
+      "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
+      "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
+      "--date",      "--table",      "--objectif",   "--pix",       "--mic",
+      "--longueur",  "--unite",      "--qualite",    "--poids-max"};
+  Options o;
   QStringList fichiers;
-  int format = 2, filtre = 3, qualite = 94, poidsMax = 0;
   for (int i = 0; i < arguments.size(); ++i) {
     const QString& a = arguments[i];
-    int* cible = a == u"--format"      ? &format
-                 : a == u"--filtre"    ? &filtre
-                 : a == u"--qualite"   ? &qualite
-                 : a == u"--poids-max" ? &poidsMax
-                                       : nullptr;
-    if (cible == nullptr) {
+    if (avecValeur.contains(a)) {
+      if (i + 1 >= arguments.size()) return Usage("Valeur manquante après " + a);
+      o.valeurs[a] = arguments[++i];
+    } else if (a.startsWith(u"--")) {
+      return Usage("Option inconnue : " + a);
+    } else {
       fichiers << a;
-      continue;
-    }
-    bool ok = false;
-    if (i + 1 < arguments.size()) *cible = arguments[++i].toInt(&ok);
-    if (!ok) {
-      erreurs << "Valeur manquante ou non numérique après " << a << "\n";
-      return 2;
     }
   }
-  if (fichiers.size() != 2 || format < 0 || format > 4 || filtre < 1 || filtre > 4 || qualite < 1 ||
-      qualite > 100 || poidsMax < 0) {
-    erreurs << "Usage : formater SOURCE CIBLE [--format 0-4] [--filtre 1-4] [--qualite 1-100] "
-               "[--poids-max KO]\n";
-    return 2;
+  if (o.A("-o")) fichiers << o.V("-o");
+  if (fichiers.size() != 2) return Usage(QString());
+  o.photo = fichiers[0];
+  o.sortie = fichiers[1];
+
+  int format = -1, filtre = 3, qualite = 94, poidsMax = -1;
+  if (!Entier(o, "--format", 0, 4, format) || !Entier(o, "--filtre", 1, 4, filtre) ||
+      !Entier(o, "--qualite", 1, 100, qualite) || !Entier(o, "--poids-max", 0, 32767, poidsMax))
+    return Usage(QStringLiteral("Valeur hors limites ou non numérique"));
+  const QString forme = o.A("--cartouche") ? o.V("--cartouche") : QString();
+  if (!forme.isEmpty() && forme != u"sous" && forme != u"sur")
+    return Usage(QStringLiteral("--cartouche : sous ou sur"));
+  const QString unite = o.A("--unite") ? o.V("--unite") : QStringLiteral("um");
+  if (unite != u"um" && unite != u"mm") return Usage(QStringLiteral("--unite : um ou mm"));
+  const bool parTable = o.A("--table");
+  const bool parSaisie = o.A("--pix") || o.A("--mic");
+  if (parTable && parSaisie)
+    return Usage(QStringLiteral("--table et --pix/--mic ne vont pas ensemble"));
+  if ((parTable || parSaisie) && !o.A("--objectif"))
+    return Usage(QStringLiteral("--objectif manque"));
+  if (parSaisie && !(o.A("--pix") && o.A("--mic")))
+    return Usage(QStringLiteral("--pix et --mic vont ensemble"));
+  QStringList date;
+  if (o.A("--date")) {
+    static const QRegularExpression jma(QStringLiteral("^(\\d{2})/(\\d{2})/(\\d{4})$"));
+    const QRegularExpressionMatch m = jma.match(o.V("--date"));
+    if (!m.hasMatch()) return Usage(QStringLiteral("--date : JJ/MM/AAAA"));
+    date = {m.captured(1), m.captured(2), m.captured(3)};
   }
 
+  DialoguesConsole dialogues(true);
   SessionRecord s;
+  RecupereValeurIni(s);
+  s.SeparateurDecimal = SeparateurDecimalSysteme();
+  PrendreFormatConfig(s);
+  if (format >= 0) {
+    s.ChoixFormat = int16_t(format);
+    AppliquerFormatSortie(s);
+  }
+  if (!forme.isEmpty()) s.CartoucheHB = forme == u"sous" ? QStringLiteral("1") : QStringLiteral("0");
+  if (poidsMax >= 0) s.PoidsMax = int16_t(poidsMax);
   cAdvancedImagery ai;
-  DefinirFormat(s, format);
-  s.ChoixFormat = int16_t(format);
-  if (!ChargerBitmap(s, ai, fichiers[0])) {
-    erreurs << "Votre fichier n'est pas une image reconnue (" << ai.Error_GetLast() << ")\n";
-    return 3;
+
+  // Loading, as ChargerImage does it.
+  if (!ChargerBitmap(s, ai, o.photo))
+    return Refus(TexteErreurChargement + " : " + o.photo + " (" + ai.Error_GetLast() + ")");
+  for (const QString& e : RemplirSession(s, ai, o.photo)) Ligne(e, stderr);
+  LireMetadonneesImage(s);
+  s.Etape = 1;
+  const DecisionControle d = DeciderControleImage(s);
+  if (d.formatReinitialise) Ligne(TexteFormatReinitialise(), stderr);
+  if (d.format) s.ChoixFormat = int16_t(*d.format);
+  if (d.formatSortie && !AppliquerFormatSortie(s))
+    return Refus(TexteErreurFormat(QStringLiteral("G_FormatSortie")));
+  if (!RedimensionnerSession(s, ai, filtre))
+    return Refus("Error - " + ai.Error_GetLast());
+  s.Etape = 2;
+
+  // The cartouche, through the form.
+  frmAjouterCartouche f(s, ai, nullptr);
+  f.Form_Load();
+  if (!date.isEmpty() && !(Choisir(f, "comboJour", date[0]) && Choisir(f, "comboMois", date[1]) &&
+                           Choisir(f, "comboAnnee", date[2])))
+    return Refus("Date refusée : " + o.V("--date") + " (années de 1994 à " +
+                 QString::number(QDate::currentDate().year()) + ")");
+  const std::pair<const char*, const char*> textes[] = {
+      {"--titre", "txtCommentaire"},       {"--auteur", "txtNomAuteur"},
+      {"--eclairage", "ComboEclairage"},   {"--provenance", "comboProvenance"},
+      {"--preparation", "comboMontage"},   {"--coloration", "comboColoration"}};
+  for (const auto& [option, nom] : textes)
+    if (o.A(option)) Saisir(f, nom, o.V(option));
+
+  if (parTable || parSaisie) {
+    Controle<QPushButton>(f, "cmdEtalonner")->click();
+    if (parTable) {
+      auto* toutes = Controle<QCheckBox>(f, "chkAfficherTouteTable");
+      if (!toutes->isChecked()) toutes->click();
+      auto* tables = Controle<QComboBox>(f, "comboTables");
+      bool ok = false;
+      const int n = o.V("--table").toInt(&ok);
+      if (!ok || n < 1 || n >= tables->count())
+        return Refus("Table n° " + o.V("--table") + " introuvable (" +
+                     QString::number(std::max(0, tables->count() - 1)) + " table(s))");
+      tables->setCurrentIndex(n);
+      f.comboTables_Click();
+      Saisir(f, "comboListeObjectif", o.V("--objectif"));
+      Controle<QPushButton>(f, "cmdAppliquerTable")->click();
+      if (!f.TableAppliquee()) return Refus(QStringLiteral("Table non appliquée"));
+    } else {
+      Controle<QPushButton>(f, "cmdAnnulerTable")->click();
+      Saisir(f, "txtPix", o.V("--pix"));
+      Saisir(f, "txtMic", o.V("--mic"));
+      Saisir(f, "ComboObjectif", o.V("--objectif"));
+    }
+    if (o.A("--longueur")) Saisir(f, "txtLongueur", o.V("--longueur"));
+    Controle<QRadioButton>(f, unite == u"mm" ? "optUnite1" : "optUnite0")->setChecked(true);
   }
-  RemplirSession(s, ai, fichiers[0]);
-  if (!RedimensionnerSession(s, ai, filtre)) {
-    erreurs << "Error - " << ai.Error_GetLast() << "\n";
-    return 3;
-  }
+  Controle<QPushButton>(f, "cmdDessiner")->click();
+  if (!f.CartoucheValide()) return Refus(QString());
+  Controle<QPushButton>(f, "cmdSuite")->click();
+  if (!s.ImageFinale || s.Etape != 3) return Refus(QStringLiteral("Image finale non construite"));
+
+  // Saving, as frmEnregistrer does it.
   const ResultatEssai r = PreparerResultat(s, ai, EnrJPEG, qualite);
-  for (const QString& e : r.erreurs) erreurs << e << "\n";
-  if (poidsMax > 0 && !PoidsAccepte(r.poids, poidsMax)) {
-    erreurs << TexteTropLourd(poidsMax) << "\n";
-    return 3;
-  }
-  if (!CopierResultat(fichiers[1])) {
-    erreurs << "Erreur : impossible d'écrire " << fichiers[1] << "\n";
-    return 3;
-  }
-  sortie << s.Largeur << " x " << s.Hauteur << ", " << int(r.poids) << " ko\n";
+  for (const QString& e : r.erreurs) Ligne(e, stderr);
+  if (!r.erreurs.isEmpty()) return 3;
+  if (s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax)) return Refus(TexteTropLourd(s.PoidsMax));
+  if (!CopierResultat(o.sortie))
+    return Refus("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie);
+  AvancerNumeroImage(s);
+  Ligne(QFileInfo(o.sortie).absoluteFilePath() + " : " + QString::number(s.Largeur) + " x " +
+        QString::number(s.Hauteur) + ", " + TexteReel(r.poids, s.SeparateurDecimal) + " ko");
   return 0;
 }
 
 const Enregistrement enregistrement(
-    "formater",
-    "formater SOURCE CIBLE [--format 0-4] [--filtre 1-4] [--qualite 1-100] [--poids-max KO]   "
-    "(redimensionne au format de sortie et enregistre en JPEG)",
-    Formater);
+    "formater", kUsage, Formater);
 
 }  // namespace
 }  // namespace tg::cli

@@ -1,6 +1,6 @@
 // Headless tool: runs the main road and inspects files without a display.
 #include <QCoreApplication>
-#include <QGuiApplication>
+#include <QApplication>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
   }
   // Pictures and fonts need a GUI application; no display is used.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication app(argc, argv);
+  QApplication app(argc, argv);
   QStringList arguments = QCoreApplication::arguments().mid(2);
   return Registre()[argv[1]].commande(arguments);
 }

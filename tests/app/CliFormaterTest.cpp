@@ -1,8 +1,13 @@
-// The main road without a window: tessellographe-cli formater.
+// The main road without a window: tessellographe-cli formater on the
+// program's own demonstration photo (2272 x 1704, 400 pixels for 100 microns
+// at objective 40, camera EXIF), with a stored table or a scale typed in.
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
 
 #include "imaging/cAdvancedImagery.h"
 #include "tests/support/Processus.h"
@@ -10,42 +15,128 @@
 namespace tg {
 namespace {
 
+QString Texte(const QByteArray& b) { return QString::fromUtf8(b); }
+
 class CliFormater : public testing::Test {
  protected:
-  cAdvancedImagery ai;
-  QString source = QDir::current().filePath("photo.jpg");
+  const QString photo = QDir::current().filePath("photo.jpg");
+  const QString cible = QDir::current().filePath("sortie.jpg");
 
   void SetUp() override {
+    test::Sortie r = test::Executer(test::Cli(), {"echantillon", photo});
+    ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+    r = test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix",
+                                     "2272", "--micro", "Micro-A", "--config", "Fond clair",
+                                     "--obj", "40", "--pix", "400", "--mic", "100", "--focale",
+                                     "7.5"});
+    ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  }
+
+  test::Sortie Formater(QStringList options) {
+    return test::Executer(test::Cli(), QStringList{"formater", photo, "-o", cible} + options);
+  }
+  QJsonObject Echelle(const QString& fichier) {
+    const test::Sortie r = test::Executer(test::Cli(), {"echelle", fichier, "--json"});
+    EXPECT_EQ(r.code, 0) << r.erreur.toStdString();
+    return QJsonDocument::fromJson(r.sortie).object();
+  }
+  QString Commentaire(const QString& fichier) {
+    cAdvancedImagery ai;
     Bitmap b;
-    ASSERT_TRUE(ai.IO_CreateImage(b, 2048, 1536, 24));
-    for (int i = 0; i < 120; ++i)
-      ASSERT_TRUE(ai.MemoryDC_FillRectangle(b, (i * 97) % 2000, (i * 61) % 1500, 40, 30,
-                                            (i * 0x0B1C2D) & 0xFFFFFF));
-    ASSERT_TRUE(ai.IO_SaveImage(b, source, FormatJPEG, 90));
+    QString c;
+    EXPECT_TRUE(ai.IO_LoadImage(fichier, b));
+    EXPECT_TRUE(ai.Metadata_Get_Comments(b, c));
+    return c;
+  }
+  QSize Taille(const QString& fichier) {
+    cAdvancedImagery ai;
+    Bitmap b;
+    EXPECT_TRUE(ai.IO_LoadImage(fichier, b));
+    return {ai.Info_Width(b), ai.Info_Height(b)};
   }
 };
 
-TEST_F(CliFormater, ResizesToTheFormatAndSaves) {
-  const QString cible = QDir::current().filePath("sortie.jpg");
-  const test::Sortie r = test::Executer(test::Cli(), {"formater", source, cible, "--format", "0"});
+TEST_F(CliFormater, TableAppliqueeDonneLEchelleAttendueEtUnFichierSain) {
+  const test::Sortie r = Formater({"--table", "1", "--objectif", "40", "--titre", "Navicula sp.",
+                                   "--longueur", "50", "--format", "2"});
   ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
-  Bitmap lu;
-  ASSERT_TRUE(ai.IO_LoadImage(cible, lu)) << ai.Error_GetLast().toStdString();
-  EXPECT_EQ(ai.Info_Width(lu), 640);
-  EXPECT_EQ(ai.Info_Height(lu), 480);
+  EXPECT_TRUE(Texte(r.sortie).startsWith(cible + " : 800 x 660, ")) << r.sortie.toStdString();
+
+  // 100 microns are 400 pixels of the 2272-wide photo, now 800 wide.
+  const double attendu = 100.0 / 400.0 * 2272.0 / 800.0;
+  const QJsonObject e = Echelle(cible);
+  EXPECT_NEAR(e["MicronsParPixel"].toDouble(), attendu, attendu * 0.005);
+  EXPECT_EQ(e["EchelleMic"].toDouble(), 50);
+
+  const QString c = Commentaire(cible);
+  EXPECT_TRUE(c.contains("\r\nTitreImage=Navicula sp.\r\n"));
+  EXPECT_TRUE(c.contains("\r\nMicroscope=Micro-A\r\n"));
+  const int oldExif = c.indexOf("[OldExif]");
+  ASSERT_GE(oldExif, 0);
+  EXPECT_GT(c.indexOf("Model = APN-Demo", oldExif), oldExif);
+  EXPECT_GT(c.indexOf("FocalLength = 75/10", oldExif), oldExif);
+
+  if (!QStandardPaths::findExecutable("exiftool").isEmpty()) {
+    const test::Sortie x = test::Executer("exiftool", {"-a", "-s", "-Warning", "-Error", cible});
+    EXPECT_EQ(x.code, 0);
+    EXPECT_TRUE(x.sortie.trimmed().isEmpty()) << x.sortie.toStdString();
+  }
+  if (!QStandardPaths::findExecutable("djpeg").isEmpty()) {
+    const test::Sortie d = test::Executer("djpeg", {"-outfile", "/dev/null", cible});
+    EXPECT_EQ(d.code, 0);
+    EXPECT_TRUE(d.erreur.isEmpty()) << d.erreur.toStdString();
+  }
 }
 
-TEST_F(CliFormater, RefusesAWeightAboveTheLimitAndBadUsage) {
-  const QString cible = QDir::current().filePath("lourd.jpg");
-  test::Sortie r =
-      test::Executer(test::Cli(), {"formater", source, cible, "--qualite", "100", "--poids-max", "1"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_FALSE(r.erreur.isEmpty());
-  EXPECT_FALSE(QFile::exists(cible)) << "nothing is written over the limit";
+TEST_F(CliFormater, EchelleSaisieALaMainEtFormes) {
+  // Typed by hand, at 640: the bar of 100 microns is 100 / M pixels.
+  test::Sortie r = Formater({"--pix", "400", "--mic", "100", "--objectif", "40", "--longueur",
+                             "100", "--format", "0"});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  const double m = 100.0 / 400.0 * 2272.0 / 640.0;
+  const QJsonObject e = Echelle(cible);
+  EXPECT_EQ(e["EchellePix"].toDouble(), std::round(100.0 / m * 1000) / 1000);
+  EXPECT_EQ(Taille(cible), QSize(640, 540));
 
-  r = test::Executer(test::Cli(), {"formater", source, cible, "--format", "9"});
-  EXPECT_EQ(r.code, 2);
-  r = test::Executer(test::Cli(), {"formater", QDir::current().filePath("absent.jpg"), cible});
+  // On the picture: the 2-line cartouche takes no rows; no scale at all.
+  r = Formater({"--cartouche", "sur", "--format", "0", "--date", "31/02/2008"});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  EXPECT_EQ(Taille(cible), QSize(640, 480));
+  const QString c = Commentaire(cible);
+  EXPECT_TRUE(c.contains("\r\nDateObservation=31/02/2008\r\n"));
+  EXPECT_FALSE(c.contains("EchellePix="));
+}
+
+TEST_F(CliFormater, ReglesQuiRefusentEtMauvaisUsage) {
+  struct Cas {
+    QStringList options;
+    int code;
+    QString message;
+  };
+  const Cas cas[] = {
+      {{"--table", "1", "--objectif", "40", "--longueur", "400"},
+       3,
+       "Echelle trop longue (saisir une valeur plus petite)"},
+      {{"--titre", QString(71, u'a')}, 3, "Titre : le texte est absent ou trop long (max 70 char.)"},
+      {{"--qualite", "100", "--poids-max", "1"}, 3, "Le fichier image est trop lourd (>1 ko)"},
+      {{"--table", "5", "--objectif", "40"}, 3, "Table n° 5 introuvable"},
+      {{"--date", "01/01/1990"}, 3, "Date refusée"},
+      {{"--format", "9"}, 2, "Usage"},
+      {{"--pix", "400", "--objectif", "40"}, 2, "--pix et --mic vont ensemble"},
+      {{"--unite", "km"}, 2, "--unite"},
+      {{"--table", "1"}, 2, "--objectif manque"},
+      {{"--inconnue", "1"}, 2, "Option inconnue"},
+  };
+  for (const Cas& c : cas) {
+    QFile::remove(cible);
+    const test::Sortie r = Formater(c.options);
+    EXPECT_EQ(r.code, c.code) << c.options.join(' ').toStdString();
+    EXPECT_TRUE(Texte(r.erreur).contains(c.message))
+        << c.options.join(' ').toStdString() << " : " << r.erreur.toStdString();
+    EXPECT_FALSE(QFile::exists(cible)) << "nothing is written on a refusal";
+  }
+  const test::Sortie r = test::Executer(
+      test::Cli(), {"formater", QDir::current().filePath("absent.jpg"), "-o", cible});
   EXPECT_EQ(r.code, 3);
 }
 
