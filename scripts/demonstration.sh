@@ -17,6 +17,11 @@ rm -rf "$dossier"
 mkdir -p "$dossier/utilisateur"
 export TESSELLOGRAPHE_HOME="$dossier/programme/"
 export HOME="$dossier/utilisateur"
+# Qt wants a private runtime folder; a login session gives one, a bare shell may not.
+if [[ -z "${XDG_RUNTIME_DIR:-}" ]]; then
+  export XDG_RUNTIME_DIR="$dossier/execution"
+  mkdir -m 700 "$XDG_RUNTIME_DIR"
+fi
 
 photo="$dossier/photo_micrometre.jpg"
 sortie="$dossier/Navicula_demonstration.jpg"
