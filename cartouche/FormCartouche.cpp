@@ -1,6 +1,8 @@
 #include "cartouche/FormCartouche.h"
 
+#include "core/modMain.h"
 #include "platform/Dialogues.h"
+#include "platform/Ini.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 #include "version.h"
@@ -162,30 +164,36 @@ OptionsDefaut CalculerOptionsDefaut(float cadrage, float ratioFormat, const QStr
   return o;
 }
 
-namespace {
-MemoireCartouche& Memoire() {
-  static MemoireCartouche m;
-  return m;
-}
-}  // namespace
-
-QString CleImage(const SessionRecord& s) {
-  return s.PathOrigine + u'|' + QString::number(s.LargeurOrigine) + u'x' +
-         QString::number(s.HauteurOrigine);
+void EcrireMemCartouche(SessionRecord& s, MemoireCartouche m) {
+  m.MemOmbrage = m.MemOmbrage || s.MemCartouche.MemOmbrage;
+  s.MemCartouche = std::move(m);
 }
 
-MemoireCartouche LireMemCartouche(const SessionRecord& s) {
-  if (Memoire().cle != CleImage(s)) return {};
-  return Memoire();
+QString TexteErreurFeuille(int numero, const QString& texte, const QString& procedure) {
+  return "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure +
+         " of Feuille frmAjouterCartouche";
 }
 
-void EcrireMemCartouche(const SessionRecord& s, MemoireCartouche m) {
-  m.cle = CleImage(s);
-  const MemoireCartouche ancienne = LireMemCartouche(s);
-  m.MemOmbrage = m.MemOmbrage || ancienne.MemOmbrage;
-  Memoire() = m;
+QString TexteFont(const QFont& f) {
+  return f.family() + u'-' + QString::number(int(f.pointSizeF()));
 }
 
-void EffacerMemCartouche() { Memoire() = {}; }
+bool EcrirePolice(SessionRecord& s, int numero, const QFont& f) {
+  const bool titre = numero == 1;
+  const int taille = int(f.pointSizeF());  // a fraction is cut, not rounded
+  (titre ? s.FontName1 : s.FontName2) = f.family();
+  (titre ? s.FontSize1 : s.FontSize2) = int16_t(taille);
+  (titre ? s.FontBold1 : s.FontBold2) = f.bold();
+  (titre ? s.FontItalic1 : s.FontItalic2) = f.italic();
+  const QString n = QString::number(titre ? 1 : 2);
+  const QString fichier = CheminUserConfig();
+  auto oui = [](bool b) { return b ? QStringLiteral("VRAI") : QStringLiteral("FAUX"); };
+  bool ok = EcrireIni(QStringLiteral("FormatImage"), "FontName" + n, f.family(), fichier);
+  ok = EcrireIni(QStringLiteral("FormatImage"), "FontSize" + n, QString::number(taille), fichier) &&
+       ok;
+  ok = EcrireIni(QStringLiteral("FormatImage"), "FontBold" + n, oui(f.bold()), fichier) && ok;
+  ok = EcrireIni(QStringLiteral("FormatImage"), "FontItalic" + n, oui(f.italic()), fichier) && ok;
+  return ok;
+}
 
 }  // namespace tg

@@ -3,6 +3,7 @@
 // fields, the date lists, the canvas sizes and the default options, and the
 // memory of the form between two visits on the same picture.
 #include <QDate>
+#include <QFont>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -73,29 +74,20 @@ OptionsDefaut CalculerOptionsDefaut(float cadrageFormate, float ratioFormat,
                                     const QString& cartoucheHB, int largeurFormatee,
                                     int largeurFond);
 
-// The memory of the form (MemCartouche), kept while the same picture is
-// worked on. The picture is recognised by its path and original size; any
-// other picture finds the memory empty.
-struct MemoireCartouche {
-  QString cle;  // picture it belongs to
-  QString MemTitre, MemAuteur, MemProvenance, MemColoration, MemMontage, MemEclairage;
-  std::array<bool, 4> MemTraitNum{};
-  QString MemMicro, MemApPhoto, MemObjectif, MemPix, MemMic;
-  int MemLongueur = 0;
-  // Colours 0xBBGGRR: text, scale, cartouche, background.
-  int MemCouleurTexte = 0, MemCouleurEchelle = 0, MemCouleurCartouche = 0xFFFFFF,
-      MemCouleurFond = 0xFFFFFF;
-  int MemTransparence = 0, MemAlign = 0, MemUniteObj = 0;
-  bool MemEchelleVisible = false, MemChoixTableVisible = false, MemPolicesVisible = false;
-  bool MemOmbrage = false;
-};
-QString CleImage(const SessionRecord& s);
-// The memory of this picture, empty (MemTitre empty) for any other one.
-MemoireCartouche LireMemCartouche(const SessionRecord& s);
-// Stores `m` for the picture of `s`. MemOmbrage, once set, is kept even when
-// the box is unticked at a later store.
-void EcrireMemCartouche(const SessionRecord& s, MemoireCartouche m);
-void EffacerMemCartouche();
+// Stores `m` as the memory of the form (MemCartouche). MemOmbrage, once set,
+// is kept even when the box is unticked at a later store.
+void EcrireMemCartouche(SessionRecord& s, MemoireCartouche m);
+
+// The standard report of an error trapped in a procedure of the form.
+QString TexteErreurFeuille(int numero, const QString& texte, const QString& procedure);
+
+// A font of the cartouche as its box shows it: name + "-" + size.
+QString TexteFont(const QFont& f);
+// The title font (numero 1) or the subtitle font (2) into the session's
+// configuration and at once into UserConfig.ini, [FormatImage] FontName,
+// FontSize (fraction cut), FontBold, FontItalic ("VRAI"/"FAUX"). False when
+// the file cannot be written.
+bool EcrirePolice(SessionRecord& s, int numero, const QFont& f);
 
 // The form's defaults (cmdViderChamps and the first visit).
 struct DefautsChamps {

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -17,6 +18,7 @@
 #include "cartouche/ImageFinale.h"
 #include "cartouche/Listes.h"
 #include "cartouche/RenduCartouche.h"
+#include "cartouche/frmMotClef.h"
 #include "core/frmFichierPhoto.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
@@ -47,7 +49,8 @@ T* Nomme(T* w, const QString& nom) {
   return w;
 }
 
-QString TexteFont(const QFont& f) { return f.family() + u'-' + QString::number(f.pointSize()); }
+const char* const kChoisirAnnuler = "*Choisir / Annuler*";
+const char* const kLegendesLstDefaut[3] = {"Provenance", "Préparation", "Coloration"};
 
 }  // namespace
 
@@ -118,13 +121,30 @@ void frmAjouterCartouche::Construire() {
                      QStringLiteral("cmdTousChamps"));
   lc->addWidget(tous, 2, 0, 1, 2);
   connect(tous, &QPushButton::clicked, this, [this] { cmdTousChamps(); });
+  auto* reduireChamps = Nomme(new QPushButton(QStringLiteral("Réduire"), fraChoixChamp_),
+                              QStringLiteral("cmdReduirefraChoixChamp"));
+  lc->addWidget(reduireChamps, 2, 4);
+  connect(reduireChamps, &QPushButton::clicked, this, [this] { cmdReduirefraChoixChamp(); });
   grille->addWidget(fraChoixChamp_, ligne++, 0, 1, 5);
+
+  // Choice lists back to their defaults.
   fraListe_ = Nomme(new QFrame(this), QStringLiteral("fraListe"));
+  auto* ll = new QHBoxLayout(fraListe_);
+  for (int i = 0; i < 3; ++i) {
+    chkLstDefaut_[i] = Nomme(new QCheckBox(QString::fromUtf8(kLegendesLstDefaut[i]), fraListe_),
+                             QStringLiteral("chkLstDefaut%1").arg(i));
+    ll->addWidget(chkLstDefaut_[i]);
+  }
+  auto* listeDefaut = Nomme(new QPushButton(QStringLiteral("Listes par défaut"), fraListe_),
+                            QStringLiteral("cmdListeDefaut"));
+  ll->addWidget(listeDefaut);
+  connect(listeDefaut, &QPushButton::clicked, this, [this] { cmdListeDefaut(); });
   grille->addWidget(fraListe_, ligne++, 0, 1, 5);
   auto* cmdMotClef = Nomme(new QPushButton(QStringLiteral("Mots clefs"), this), QStringLiteral("cmdMotClef"));
   imgMotClef_ = Nomme(new QLabel(QStringLiteral("*"), this), QStringLiteral("imgMotClef"));
   grille->addWidget(cmdMotClef, ligne, 0);
   grille->addWidget(imgMotClef_, ligne++, 1);
+  connect(cmdMotClef, &QPushButton::clicked, this, [this] { this->cmdMotClef(); });
 
   // No-scale block.
   fraMicroPhoto_ = Nomme(new QFrame(this), QStringLiteral("fraMicroPhoto"));
@@ -133,10 +153,26 @@ void frmAjouterCartouche::Construire() {
   txtApPhotoMan_ = Nomme(new QLineEdit(fraMicroPhoto_), QStringLiteral("txtApPhotoMan"));
   ComboObjectifMan_ = Nomme(new QComboBox(fraMicroPhoto_), QStringLiteral("ComboObjectifMan"));
   ComboObjectifMan_->setEditable(true);
+  comboMicro_ = Nomme(new QComboBox(fraMicroPhoto_), QStringLiteral("comboMicro"));
+  comboModele_ = Nomme(new QComboBox(fraMicroPhoto_), QStringLiteral("comboModele"));
+  cmdListeMicro_ = Nomme(new QPushButton(QStringLiteral("Liste"), fraMicroPhoto_),
+                         QStringLiteral("cmdListeMicro"));
+  cmdListeApPhoto_ = Nomme(new QPushButton(QStringLiteral("Liste"), fraMicroPhoto_),
+                           QStringLiteral("cmdListeApPhoto"));
   lm->addWidget(new QLabel(QStringLiteral("Micro / Macro  ***"), fraMicroPhoto_), 0, 0);
   lm->addWidget(txtMicroMan_, 0, 1);
+  lm->addWidget(comboMicro_, 0, 1);  // swapped in for the text box
+  lm->addWidget(cmdListeMicro_, 0, 2);
   lm->addWidget(new QLabel(QStringLiteral("Ap.Photo  ***"), fraMicroPhoto_), 1, 0);
   lm->addWidget(txtApPhotoMan_, 1, 1);
+  lm->addWidget(comboModele_, 1, 1);
+  lm->addWidget(cmdListeApPhoto_, 1, 2);
+  comboMicro_->hide();
+  comboModele_->hide();
+  connect(cmdListeMicro_, &QPushButton::clicked, this, [this] { cmdListeMicro(); });
+  connect(cmdListeApPhoto_, &QPushButton::clicked, this, [this] { cmdListeApPhoto(); });
+  connect(comboMicro_, &QComboBox::activated, this, [this] { comboMicro_Click(); });
+  connect(comboModele_, &QComboBox::activated, this, [this] { comboModele_Click(); });
   lm->addWidget(ComboObjectifMan_, 2, 0);
   OptUniteObj_[0] = Nomme(new QRadioButton(QStringLiteral("x"), fraMicroPhoto_), QStringLiteral("OptUniteObj0"));
   OptUniteObj_[1] = Nomme(new QRadioButton(QStringLiteral("mm"), fraMicroPhoto_), QStringLiteral("OptUniteObj1"));
@@ -152,6 +188,11 @@ void frmAjouterCartouche::Construire() {
   // Scale frame.
   fraEchelle_ = Nomme(new QFrame(this), QStringLiteral("fraEchelle"));
   auto* le = new QGridLayout(fraEchelle_);
+  le->addWidget(
+      new QLabel(
+          QStringLiteral("Etalonnage, en réf. à votre photo d'origine (avant redimensionnement)"),
+          fraEchelle_),
+      6, 0, 1, 4);
   auto champ = [&](const char* nom, const QString& libelle, int l, int c) {
     auto* e = Nomme(new QLineEdit(fraEchelle_), QLatin1String(nom));
     le->addWidget(new QLabel(libelle, fraEchelle_), l, c);
@@ -166,6 +207,15 @@ void frmAjouterCartouche::Construire() {
   ComboObjectif_->setEditable(true);
   le->addWidget(new QLabel(QStringLiteral("Objectif"), fraEchelle_), 1, 2);
   le->addWidget(ComboObjectif_, 1, 3);
+  le->addWidget(new QLabel(QStringLiteral("en Microns uniquement !"), fraEchelle_), 2, 2);
+  txtPix_->setToolTip(QStringLiteral("Votre mesure en pixel"));
+  txtMic_->setToolTip(QStringLiteral("Equivalence en micron"));
+  txtLongueur_->setToolTip(QStringLiteral("Attention à la longueur de l'étalon !"));
+  ComboObjectif_->setToolTip(QStringLiteral("Choisir un gx. d'objectif"));
+  for (QWidget* w :
+       {static_cast<QWidget*>(txtPix_), static_cast<QWidget*>(txtMic_),
+        static_cast<QWidget*>(txtLongueur_), static_cast<QWidget*>(ComboObjectif_->lineEdit())})
+    w->installEventFilter(this);
   optUnite_[0] = Nomme(new QRadioButton(QStringLiteral("µm"), fraEchelle_), QStringLiteral("optUnite0"));
   optUnite_[1] = Nomme(new QRadioButton(QStringLiteral("mm"), fraEchelle_), QStringLiteral("optUnite1"));
   optUnite_[0]->setChecked(true);
@@ -189,6 +239,14 @@ void frmAjouterCartouche::Construire() {
   connect(sans, &QPushButton::clicked, this, [this] { cmdSansEtalon(); });
   connect(debloquer, &QPushButton::clicked, this, [this] { cmdDebloquer(); });
   connect(cmdRecupMetaEchelle_, &QPushButton::clicked, this, [this] { cmdRecupMetaEchelle(); });
+  connect(cmdModifDefinition_, &QPushButton::clicked, this, [this] { cmdModifDefinition(); });
+  // The table frame, each opening running the automatic choice.
+  cmdOuvrirFraTable_ =
+      bouton(fraEchelle_, le, "cmdOuvrirFraChoixTable", QStringLiteral("Tables"), 5, 2);
+  connect(cmdOuvrirFraTable_, &QPushButton::clicked, this, [this] {
+    fraChoixTable_->show();
+    fraChoixTable_Expand();
+  });
   grille->addWidget(fraEchelle_, ligne++, 0, 1, 5);
 
   fraChoixTable_ = Nomme(new QFrame(this), QStringLiteral("fraChoixTable"));
@@ -202,6 +260,9 @@ void frmAjouterCartouche::Construire() {
                                  QStringLiteral("chkAfficherTouteTable"));
   txtChoixTableAuto_ = Nomme(new QLineEdit(fraChoixTable_), QStringLiteral("txtChoixTableAuto"));
   txtObjRef_ = Nomme(new QLineEdit(fraChoixTable_), QStringLiteral("txtObjRef"));
+  txtObjRef_->setReadOnly(true);
+  txtObjRef_->setPlaceholderText(QStringLiteral("(Table : obj. de réf = 000)"));
+  chkAfficherTouteTable_->setToolTip(QStringLiteral("Sans filtre =  Afficher toutes les tables"));
   lt->addWidget(new QLabel(QStringLiteral("Choisir une table :"), fraChoixTable_), 0, 0);
   lt->addWidget(comboTables_, 0, 1, 1, 3);
   lt->addWidget(new QLabel(QStringLiteral("Choisir un objectif pour cette image :"), fraChoixTable_), 1, 0);
@@ -214,6 +275,8 @@ void frmAjouterCartouche::Construire() {
   cmdExtrapolFoc_ = bouton(fraChoixTable_, lt, "cmdExtrapolFoc", QStringLiteral("Extrapoler"), 3, 2);
   // The focal extrapolation dialog is not part of the program yet.
   cmdExtrapolFoc_->setEnabled(false);
+  cmdExtrapolFoc_->setToolTip(
+      QStringLiteral("Uniquement si votre focale n'existe pas déjà dans une table !"));
   connect(comboTables_, &QComboBox::activated, this, [this] { comboTables_Click(); });
   connect(appliquer, &QPushButton::clicked, this, [this] { cmdAppliquerTable(); });
   connect(annuler, &QPushButton::clicked, this, [this] { cmdAnnulerTable(); });
@@ -237,6 +300,8 @@ void frmAjouterCartouche::Construire() {
   grille->addWidget(grTransp, ligne, 0, 1, 2);
   grille->addWidget(grAlign, ligne++, 2, 1, 2);
   chkOmbrage_ = Nomme(new QCheckBox(QStringLiteral("Ombrage RN ?"), this), QStringLiteral("chkOmbrage"));
+  chkOmbrage_->setToolTip(
+      QStringLiteral("Ajoute un ombrage sous la photo (reflex 1.5x1 uniquement)"));
   grille->addWidget(chkOmbrage_, ligne++, 0);
   connect(chkOmbrage_, &QCheckBox::clicked, this, [this] {
     if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
@@ -263,7 +328,8 @@ void frmAjouterCartouche::Construire() {
   auto* cCartouche = bouton(fraPolices_, lp, "cmdCouleurCartouche", QStringLiteral("Cartouche"), 0, 4);
   cmdCouleurFond_ = bouton(fraPolices_, lp, "cmdCouleurFond", QStringLiteral("Fond"), 0, 6);
   auto* defaut = bouton(fraPolices_, lp, "cmdCartoucheDefaut", QStringLiteral("Défaut"), 1, 0);
-  bouton(fraPolices_, lp, "cmdPipette", QStringLiteral("Pipette"), 1, 1);
+  auto* pipette = bouton(fraPolices_, lp, "cmdPipette", QStringLiteral("Pipette"), 1, 1);
+  connect(pipette, &QPushButton::clicked, this, [this] { cmdPipette(); });
   cTexte->setToolTip(QStringLiteral("Couleur du texte (colle sa couleur sur couleur échelle !)"));
   cmdCouleurFond_->setToolTip(QStringLiteral("Uniquement si image carrée ou portrait !"));
   auto choisir = [this](QColor initiale, void (frmAjouterCartouche::*poser)(const QColor&)) {
@@ -277,9 +343,33 @@ void frmAjouterCartouche::Construire() {
   connect(defaut, &QPushButton::clicked, this, [this] { CouleurDefaut(); });
   txtPoliceTitre_ = Nomme(new QLineEdit(fraPolices_), QStringLiteral("txtPoliceTitre"));
   txtPoliceSousTitre_ = Nomme(new QLineEdit(fraPolices_), QStringLiteral("txtPoliceSousTitre"));
-  lp->addWidget(txtPoliceTitre_, 2, 0, 1, 4);
-  lp->addWidget(txtPoliceSousTitre_, 2, 4, 1, 4);
+  for (QLineEdit* e : {txtPoliceTitre_, txtPoliceSousTitre_}) e->setReadOnly(true);
+  lp->addWidget(txtPoliceTitre_, 2, 0, 1, 3);
+  lp->addWidget(txtPoliceSousTitre_, 2, 4, 1, 3);
+  auto* policeTitre =
+      bouton(fraPolices_, lp, "cmdPoliceTitre", QStringLiteral("Police titre"), 2, 3);
+  auto* policeSousTitre =
+      bouton(fraPolices_, lp, "cmdPoliceSousTitre", QStringLiteral("Police texte"), 2, 7);
+  auto* reduirePolice =
+      bouton(fraPolices_, lp, "cmdReduireFraPolice", QStringLiteral("Réduire"), 1, 7);
+  connect(policeTitre, &QPushButton::clicked, this, [this] { cmdPoliceTitre(); });
+  connect(policeSousTitre, &QPushButton::clicked, this, [this] { cmdPoliceSousTitre(); });
+  connect(reduirePolice, &QPushButton::clicked, this, [this] { cmdReduireFraPolice(); });
   grille->addWidget(fraPolices_, ligne++, 0, 1, 5);
+
+  // The folded frames open again from here.
+  auto* ouvrir = new QHBoxLayout;
+  auto ouvreur = [&](const char* nom, const QString& texte, QFrame* cadre) {
+    auto* b = Nomme(new QPushButton(texte, this), QLatin1String(nom));
+    ouvrir->addWidget(b);
+    connect(b, &QPushButton::clicked, this, [cadre] { cadre->show(); });
+    return b;
+  };
+  ouvreur("cmdOuvrirFraPolice", QStringLiteral("Couleurs et polices"), fraPolices_);
+  cmdOuvrirFraChoixChamp_ =
+      ouvreur("cmdOuvrirFraChoixChamp", QStringLiteral("Choix des champs"), fraChoixChamp_);
+  ouvreur("cmdOuvrirFraListe", QStringLiteral("Listes"), fraListe_);
+  grille->addLayout(ouvrir, ligne++, 0, 1, 5);
 
   lblInfosCartouche_ = Nomme(new QLabel(this), QStringLiteral("lblInfosCartouche"));
   grille->addWidget(lblInfosCartouche_, ligne++, 0, 1, 5);
@@ -386,6 +476,11 @@ void frmAjouterCartouche::Form_Load() {
   fraPolices_->hide();
   fraChoixChamp_->hide();
   fraListe_->hide();
+  for (auto* c : chkLstDefaut_) c->setChecked(false);
+  comboMicro_->hide();
+  comboModele_->hide();
+  txtMicroMan_->show();
+  txtApPhotoMan_->show();
   txtObjRef_->clear();
   txtNomAuteur_->setText(s_.NomAuteur);
   cmdRecupMetaEchelle_->hide();
@@ -397,7 +492,9 @@ void frmAjouterCartouche::Form_Load() {
     chkOmbrage_->setChecked(false);
   }
   fraPolices_->show();
-  if (s_.CartoucheHB == u"1") fraChoixChamp_->show();
+  // The choice of fields exists for the 3-line cartouche only.
+  fraChoixChamp_->setVisible(s_.CartoucheHB == u"1");
+  cmdOuvrirFraChoixChamp_->setVisible(s_.CartoucheHB == u"1");
   forme_ = CalculerFormeCartouche(s_.CartoucheHB, s_.CadrageFormate, s_.LargeurFormatee,
                                   canevas_.largeurFond, canevas_.hauteurFond, s_.HauteurFormatee);
   lblInfosCartouche_->setText(forme_.infos);
@@ -424,12 +521,9 @@ void frmAjouterCartouche::Form_Load() {
   policeSousTitre_ = QFont(s_.FontName2, s_.FontSize2);
   policeSousTitre_.setBold(s_.FontBold2);
   policeSousTitre_.setItalic(s_.FontItalic2);
-  txtPoliceTitre_->setFont(policeTitre_);
-  txtPoliceTitre_->setText(TexteFont(policeTitre_));
-  txtPoliceSousTitre_->setFont(policeSousTitre_);
-  txtPoliceSousTitre_->setText(TexteFont(policeSousTitre_));
+  AfficherPolices();
   // 12.
-  const MemoireCartouche m = LireMemCartouche(s_);
+  const MemoireCartouche m = s_.MemCartouche;
   if (!m.MemTitre.isEmpty()) RestaurerMemoire(m);
   // 13.
   txtMicroMan_->setText(s_.MicroscopeMeta);
@@ -490,7 +584,10 @@ void frmAjouterCartouche::RestaurerMemoire(const MemoireCartouche& m) {
   fraEchelle_->setVisible(m.MemEchelleVisible);
   fraChoixTable_->setVisible(m.MemChoixTableVisible);
   fraPolices_->setVisible(m.MemPolicesVisible);
-  if (m.MemOmbrage) chkOmbrage_->setChecked(true);
+  if (m.MemOmbrage) {
+    chkOmbrage_->setChecked(true);
+    if (Arrondir(s_.CadrageFormate, 1) == 1.5) ombre_ = ImageOmbre(IndexOmbre(s_.LargeurFormatee));
+  }
   if (m.MemEchelleVisible) {
     cmdEtalonner_->hide();
     fraMicroPhoto_->hide();
@@ -543,6 +640,83 @@ void frmAjouterCartouche::RecevoirCouleurPipette(int couleur, int, int, int) {
   DefinirCouleurFond(DepuisBgr(couleur));
 }
 
+void frmAjouterCartouche::cmdPipette() {
+  if (!pipette_) pipette_ = new frmPipette(s_.ImageCourante, ai_, this);
+  pipette_->show();
+  pipette_->raise();
+}
+
+// --- Fonts
+
+void frmAjouterCartouche::AfficherPolices() {
+  txtPoliceTitre_->setFont(policeTitre_);
+  txtPoliceTitre_->setText(TexteFont(policeTitre_));
+  txtPoliceSousTitre_->setFont(policeSousTitre_);
+  txtPoliceSousTitre_->setText(TexteFont(policeSousTitre_));
+}
+
+void frmAjouterCartouche::ChoisirPolice(int numero) {
+  QFont& police = numero == 1 ? policeTitre_ : policeSousTitre_;
+  const std::optional<QFont> choix = Dialogues().Police(police);
+  if (!choix) return;
+  police = *choix;
+  AfficherPolices();
+  if (!EcrirePolice(s_, numero, police))
+    Dialogues().Message(
+        QLatin1String(TitreProgramme),
+        TexteErreurFeuille(75, QStringLiteral("Erreur d'accès au chemin/fichier"),
+                           numero == 1 ? QStringLiteral("cmdPoliceTitre_Click")
+                                       : QStringLiteral("cmdPoliceSousTitre_Click")),
+        Icone::Critique);
+}
+
+void frmAjouterCartouche::cmdPoliceTitre() { ChoisirPolice(1); }
+
+void frmAjouterCartouche::cmdPoliceSousTitre() { ChoisirPolice(2); }
+
+// --- Frames
+
+void frmAjouterCartouche::cmdReduirefraChoixChamp() {
+  fraChoixChamp_->hide();
+  cmdDessiner();
+}
+
+void frmAjouterCartouche::cmdReduireFraPolice() {
+  // The background sample and picFond share one colour here: nothing to copy.
+  fraPolices_->hide();
+  cmdDessiner();
+}
+
+void frmAjouterCartouche::cmdListeDefaut() {
+  const std::array<bool, 3> coches = {chkLstDefaut_[0]->isChecked(), chkLstDefaut_[1]->isChecked(),
+                                      chkLstDefaut_[2]->isChecked()};
+  auto combo = [this](int i) {
+    switch (ListeDeDefaut(i)) {
+      case ListeChoix::Provenance:
+        return comboProvenance_;
+      case ListeChoix::Montage:
+        return comboMontage_;
+      case ListeChoix::Coloration:
+        return comboColoration_;
+      default:
+        return ComboEclairage_;
+    }
+  };
+  ListeCombo l0(combo(0)), l1(combo(1)), l2(combo(2));
+  if (coches[0] || coches[1] || coches[2]) {
+    tg::cmdListeDefaut(coches, {&l0, &l1, &l2});
+    fraListe_->hide();
+  }
+  for (auto* c : chkLstDefaut_) c->setChecked(false);
+}
+
+void frmAjouterCartouche::cmdMotClef() {
+  // The dialog reads the session's keywords and shows or hides imgMotClef.
+  if (!motClef_) motClef_ = new frmMotClef(s_, this);
+  motClef_->show();
+  motClef_->raise();
+}
+
 // --- Fields
 
 void frmAjouterCartouche::chkChoixChamp_Click(int index) {
@@ -554,6 +728,8 @@ void frmAjouterCartouche::chkChoixChamp_Click(int index) {
   QWidget* controles[9] = {txtCommentaire_, ComboEclairage_, txtNomAuteur_, nullptr, txtMicroMan_,
                            txtApPhotoMan_, comboProvenance_, comboMontage_, comboColoration_};
   QWidget* w = controles[index];
+  if (index == 4) cmdListeMicro_->setEnabled(actif);
+  if (index == 5) cmdListeApPhoto_->setEnabled(actif);
   auto* e = qobject_cast<QLineEdit*>(w);
   auto* c = qobject_cast<QComboBox*>(w);
   if (!actif) {
@@ -741,16 +917,16 @@ void frmAjouterCartouche::cmdAppliquerTable() {
   const std::optional<float> m = MicronsParPixelTable(t, comboListeObjectif_->currentText());
   if (!m) {
     Dialogues().Message(QLatin1String(TitreProgramme),
-                        QStringLiteral("Error 11 (Division by zero) in procedure "
-                                       "cmdAppliquerTable_Click of Feuille frmAjouterCartouche"),
+                        TexteErreurFeuille(11, QStringLiteral("Division by zero"),
+                                           QStringLiteral("cmdAppliquerTable_Click")),
                         Icone::Critique);
     return;
   }
   ComboObjectif_->setCurrentText(comboListeObjectif_->currentText());
   txtMic_->setText(QStringLiteral("100"));
   txtPix_->setText(PixPourCentMicrons(*m));
-  s_.Microscope = t.Micro;
-  s_.Modele = t.Modele;
+  s_.MemCartouche.MemMicro = s_.Microscope = t.Micro;
+  s_.MemCartouche.MemApPhoto = s_.Modele = t.Modele;
   ApparenceChampsTable();
   tableAppliquee_ = true;
   cmdDessiner();
@@ -779,6 +955,9 @@ void frmAjouterCartouche::cmdDebloquer() {
   ComboObjectif_->setCurrentText(QString());
   txtPix_->clear();
   txtMic_->clear();
+  MemoireCartouche& m = s_.MemCartouche;
+  for (QString* mem : {&m.MemApPhoto, &m.MemMicro, &m.MemObjectif, &m.MemMic, &m.MemPix})
+    mem->clear();
   s_.ExtrapolationFoc = false;
   tableAppliquee_ = false;
   cmdModifDefinition_->hide();
@@ -792,6 +971,8 @@ void frmAjouterCartouche::cmdSansEtalon() {
   ComboObjectif_->setCurrentText(QString());
   txtPix_->clear();
   txtMic_->clear();
+  MemoireCartouche& m = s_.MemCartouche;
+  for (QString* mem : {&m.MemObjectif, &m.MemPix, &m.MemMic}) mem->clear();
   s_.MicronsParPixel = 0;
   cartoucheValide_ = true;
   tableAppliquee_ = false;
@@ -812,6 +993,8 @@ void frmAjouterCartouche::cmdRecupMetaEchelle() {
     w->setEnabled(false);
     Peindre(w, kVertPale);
   };
+  if (!s_.Microscope.isEmpty()) s_.MemCartouche.MemMicro = s_.Microscope;
+  if (!s_.Modele.isEmpty()) s_.MemCartouche.MemApPhoto = s_.Modele;
   if (!s_.Objectif.isEmpty()) {
     ComboObjectif_->setCurrentText(s_.Objectif);
     verrouiller(ComboObjectif_);
@@ -827,6 +1010,87 @@ void frmAjouterCartouche::cmdRecupMetaEchelle() {
     verrouiller(txtPix_);
   }
   if (s_.Objectif.isEmpty() || s_.EchelleMic.isEmpty() || s_.EchellePix.isEmpty()) cmdDebloquer();
+}
+
+void frmAjouterCartouche::cmdModifDefinition() {
+  const EnrMesure t = TableMesure();
+  const RapportDefinition r = CalculerRapportDefinition(
+      s_.PortraitOrigine, s_.ImageTournee, s_.LargeurOrigine, s_.HauteurOrigine, t.LargPix);
+  if (Dialogues().Question(QStringLiteral(" Modification de l'échelle"),
+                           QuestionModifDefinition(r.largeur, t.LargPix), Boutons::OuiNon,
+                           Reponse::Non, Icone::Question) != Reponse::Oui) {
+    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Annulation ..."),
+                        Icone::Aucune);
+    return;
+  }
+  double pix = 0;
+  if (!LireNombre(txtPix_->text(), pix)) return;
+  // Yes does nothing for a table of the same width or of another focal length.
+  const std::optional<double> corrige = PixCorrige(pix, r, t.LargPix, s_.FocaleAPN, t.Focale);
+  if (!corrige) return;
+  const QString mic = txtMic_->text();
+  const QString objectif = ComboObjectif_->currentText();
+  cmdDebloquer();
+  txtPix_->setText(TexteReel(*corrige, s_.SeparateurDecimal));
+  txtMic_->setText(mic);
+  ComboObjectif_->setCurrentText(objectif);
+  for (QWidget* w : {static_cast<QWidget*>(ComboObjectif_), static_cast<QWidget*>(txtPix_),
+                     static_cast<QWidget*>(txtMic_)})
+    Peindre(w, kRougePale);
+  cmdDessiner();
+  cmdModifDefinition_->hide();
+}
+
+void frmAjouterCartouche::RemplirListeTables(QComboBox* liste, QLineEdit* boite, int choix) {
+  ListeCombo l(liste);
+  ExtraireChoix(l, choix);
+  // Only the blank first entry: no table to take a name from.
+  if (liste->count() < 2) {
+    Dialogues().Message(QLatin1String(TitreProgramme),
+                        QStringLiteral("Aucune table en mémoire ..."), Icone::Information);
+    return;
+  }
+  liste->insertItem(0, QString::fromUtf8(kChoisirAnnuler));
+  liste->setCurrentIndex(0);
+  boite->hide();
+  liste->show();
+}
+
+void frmAjouterCartouche::ChoisirDansListe(QComboBox* liste, QLineEdit* boite) {
+  const QString choix = liste->currentText();
+  if (choix != QString::fromUtf8(kChoisirAnnuler)) {
+    boite->setText(choix);
+    Peindre(boite, kVertPale);
+  }
+  liste->hide();
+  boite->show();
+}
+
+void frmAjouterCartouche::cmdListeApPhoto() {
+  RemplirListeTables(comboModele_, txtApPhotoMan_, ChoixModele);
+}
+
+void frmAjouterCartouche::cmdListeMicro() {
+  RemplirListeTables(comboMicro_, txtMicroMan_, ChoixMicro);
+}
+
+void frmAjouterCartouche::comboModele_Click() { ChoisirDansListe(comboModele_, txtApPhotoMan_); }
+
+void frmAjouterCartouche::comboMicro_Click() { ChoisirDansListe(comboMicro_, txtMicroMan_); }
+
+bool frmAjouterCartouche::eventFilter(QObject* objet, QEvent* e) {
+  if (e->type() == QEvent::KeyPress) {
+    const QString touche = static_cast<QKeyEvent*>(e)->text();
+    const QString& sep = s_.SeparateurDecimal;
+    auto* saisie = qobject_cast<QLineEdit*>(objet);
+    // Either decimal key types the locale's sign; nothing else is filtered.
+    if (saisie && (touche == u"." || touche == u",") && touche != sep &&
+        (sep == u"." || sep == u",")) {
+      saisie->insert(sep);
+      return true;
+    }
+  }
+  return QWidget::eventFilter(objet, e);
 }
 
 void frmAjouterCartouche::InitVarEchelle() {
@@ -1032,12 +1296,12 @@ bool frmAjouterCartouche::ConstruireImageFinal() {
 
 void frmAjouterCartouche::cmdSuite() {
   cmdDessiner();
-  const float echelle = echellePixels_;
   ConstruireImageFinal();
   MemoireCartouche m;
+  // "Complète" is stored as 0.
   m.MemTransparence = optTransparence_[1]->isChecked() ? 1 : 0;
   for (int i = 0; i < 3; ++i)
-    if (optAlign_[i]->isChecked()) m.MemAlign = i;
+    if (optAlign_[i]->isChecked()) m.MemAlign = int16_t(i);
   m.MemTitre = txtCommentaire_->text();
   m.MemAuteur = txtNomAuteur_->text();
   m.MemProvenance = comboProvenance_->currentText();
@@ -1052,7 +1316,7 @@ void frmAjouterCartouche::cmdSuite() {
   m.MemMic = txtMic_->text();
   double longueur = 0;
   LireNombre(txtLongueur_->text(), longueur);
-  m.MemLongueur = int(longueur);
+  m.MemLongueur = int32_t(longueur);
   m.MemCouleurTexte = VersBgr(couleurTexte_);
   m.MemCouleurEchelle = VersBgr(couleurEchelle_);
   m.MemCouleurCartouche = VersBgr(couleurCartouche_);
@@ -1063,7 +1327,10 @@ void frmAjouterCartouche::cmdSuite() {
   m.MemUniteObj = OptUniteObj_[1]->isChecked() ? 1 : 0;
   m.MemOmbrage = chkOmbrage_->isChecked();
   EcrireMemCartouche(s_, m);
-  (void)echelle;
+  // What the no-scale block shows at the next visit; an unused field is blank.
+  s_.MicroscopeMeta = SansChampInutilise(txtMicroMan_->text());
+  s_.ApPhotoMeta = SansChampInutilise(txtApPhotoMan_->text());
+  s_.ObjectifMeta = ComboObjectifMan_->currentText();
 
   // New entries of the four choice lists.
   QComboBox* combos[4] = {ComboEclairage_, comboProvenance_, comboMontage_, comboColoration_};
@@ -1087,6 +1354,9 @@ void frmAjouterCartouche::cmdSuite() {
 }
 
 void frmAjouterCartouche::closeEvent(QCloseEvent* e) {
+  // The keyword dialog and the pipette go with the form.
+  if (motClef_) motClef_->close();
+  if (pipette_) pipette_->close();
   if (principal_) principal_->show();
   e->accept();
 }

@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QFont>
 #include <QImage>
+#include <QPointer>
 #include <QWidget>
 #include <array>
 
@@ -25,6 +26,7 @@ namespace tg {
 
 class cAdvancedImagery;
 class frmFichierPhoto;
+class frmMotClef;
 
 class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   Q_OBJECT
@@ -52,7 +54,20 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void DefinirCouleurEchelle(const QColor& c);
   void DefinirCouleurCartouche(const QColor& c);
   void DefinirCouleurFond(const QColor& c);
+  // The pipette's colour goes to the background sample and to picFond.
   void RecevoirCouleurPipette(int couleur, int rouge, int vert, int bleu) override;
+  void cmdPipette();
+  void cmdPoliceTitre();
+  void cmdPoliceSousTitre();
+  void cmdMotClef();
+  void cmdReduirefraChoixChamp();
+  void cmdReduireFraPolice();
+  void cmdListeDefaut();
+  // The lists of cameras and microscopes of the tables, in place of the text boxes.
+  void cmdListeApPhoto();
+  void cmdListeMicro();
+  void comboModele_Click();
+  void comboMicro_Click();
 
   // Scale.
   void cmdEtalonner();
@@ -64,6 +79,7 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void cmdDebloquer();
   void cmdSansEtalon();
   void cmdRecupMetaEchelle();
+  void cmdModifDefinition();
 
   bool CartoucheValide() const { return cartoucheValide_; }
   bool TableAppliquee() const { return tableAppliquee_; }
@@ -72,9 +88,15 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   const QImage& ImageCartouche() const { return cartouche_; }
   QColor CouleurTexte() const { return couleurTexte_; }
   QColor CouleurEchelle() const { return couleurEchelle_; }
+  QColor CouleurCartouche() const { return couleurCartouche_; }
+  QColor CouleurFond() const { return couleurFond_; }
+  const QFont& PoliceTitre() const { return policeTitre_; }
+  const QFont& PoliceSousTitre() const { return policeSousTitre_; }
 
  protected:
   void closeEvent(QCloseEvent* e) override;
+  // The decimal key of the other locale in the numeric inputs.
+  bool eventFilter(QObject* objet, QEvent* e) override;
 
  private:
   void Construire();
@@ -92,6 +114,10 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   bool EchelleVisible() const;
   bool ConstruireImageFinal();
   int SlotChoisi() const;
+  void ChoisirPolice(int numero);
+  void AfficherPolices();
+  void RemplirListeTables(QComboBox* liste, QLineEdit* boite, int choix);
+  void ChoisirDansListe(QComboBox* liste, QLineEdit* boite);
 
   SessionRecord& s_;
   cAdvancedImagery& ai_;
@@ -129,6 +155,12 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
       *cmdDessiner_, *cmdSuite_, *cmdCouleurFond_;
   QLabel *shpTexte_, *shpEchelle_, *shpCartouche_, *shpFond_;
   QLineEdit *txtPoliceTitre_, *txtPoliceSousTitre_;
+  QPushButton *cmdListeMicro_, *cmdListeApPhoto_;
+  QComboBox *comboMicro_, *comboModele_;
+  std::array<QCheckBox*, 3> chkLstDefaut_{};
+  QPushButton *cmdOuvrirFraChoixChamp_, *cmdOuvrirFraTable_;
+  QPointer<frmMotClef> motClef_;
+  QPointer<QWidget> pipette_;
 };
 
 }  // namespace tg

@@ -52,6 +52,8 @@ void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai) {
   s.ModeMesure = 0;
   s.AncresEchelle.clear();
   s.ListeMotsClefs.clear();
+  // The cartouche form starts afresh on a new picture.
+  s.MemCartouche = MemoireCartouche{};
 }
 
 void FermerImageSession(SessionRecord& s, cAdvancedImagery& ai) {

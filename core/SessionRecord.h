@@ -10,6 +10,23 @@
 
 namespace tg {
 
+// MemCartouche: the memory of the cartouche form, written by its cmdSuite and
+// read back at its next opening while the same picture is worked on. Emptied
+// by ReinitialiserSession. Colours are 0xBBGGRR.
+struct MemoireCartouche {
+  QString MemTitre, MemAuteur, MemProvenance, MemColoration, MemMontage, MemEclairage;
+  std::array<bool, 4> MemTraitNum{};  // chkTraitNum 0..3
+  QString MemMicro, MemApPhoto, MemObjectif, MemPix, MemMic;
+  int32_t MemLongueur = 0;  // microns, integer part of txtLongueur
+  int32_t MemCouleurTexte = 0, MemCouleurEchelle = 0, MemCouleurCartouche = 0xFFFFFF,
+          MemCouleurFond = 0xFFFFFF;
+  // Stored, never read back: the defaults of the form apply at each visit.
+  int16_t MemTransparence = 0, MemAlign = 0;
+  int16_t MemUniteObj = 0;  // OptUniteObj: 0 "x", 1 "mm"
+  bool MemEchelleVisible = false, MemChoixTableVisible = false, MemPolicesVisible = false;
+  bool MemOmbrage = false;  // once set, kept until the next picture
+};
+
 struct SessionRecord {
   // --- Stage and modes
   int16_t Etape = 0;        // 0 to 6
@@ -61,6 +78,7 @@ struct SessionRecord {
   QStringList ListeMotsClefs;
   // Scale values of the final picture.
   float MicronsParPixel = 0;
+  MemoireCartouche MemCartouche;
 
   // --- Output format (kept in step by G_FormatSortie)
   int16_t ChoixFormat = 2;

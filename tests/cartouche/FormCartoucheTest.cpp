@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "cartouche/FormCartouche.h"
+#include "core/Session.h"
+#include "core/modMain.h"
+#include "imaging/cAdvancedImagery.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
@@ -131,24 +134,44 @@ TEST(Controle, SansEchelleLesValeursNeComptentPasEtLeSeparateurSuitLaLocale) {
   EXPECT_TRUE(dlg.appels.empty());
 }
 
-TEST(MemCartouche, GardeeSeulementPourLaMemeImage) {
+TEST(MemCartouche, OmbrageGardeEtMemoireVideeParUneNouvelleImage) {
   SessionRecord s;
-  s.PathOrigine = QStringLiteral("a.jpg");
-  s.LargeurOrigine = 2272;
+  cAdvancedImagery ai;
   MemoireCartouche m;
   m.MemTitre = QStringLiteral("T");
   m.MemOmbrage = true;
   EcrireMemCartouche(s, m);
   m.MemOmbrage = false;
+  m.MemTitre = QStringLiteral("U");
   EcrireMemCartouche(s, m);
   // A later store with the box unticked does not clear an older tick.
-  EXPECT_TRUE(LireMemCartouche(s).MemOmbrage);
-  EXPECT_EQ(LireMemCartouche(s).MemTitre, "T");
-  SessionRecord autre;
-  autre.LargeurOrigine = 2272;
-  autre.PathOrigine = QStringLiteral("b.jpg");
-  EXPECT_TRUE(LireMemCartouche(autre).MemTitre.isEmpty());
-  EffacerMemCartouche();
+  EXPECT_TRUE(s.MemCartouche.MemOmbrage);
+  EXPECT_EQ(s.MemCartouche.MemTitre, "U");
+
+  ASSERT_TRUE(ai.IO_CreateImage(s.ImageCourante, 40, 30, 24));
+  ReinitialiserSession(s, ai);
+  EXPECT_TRUE(s.MemCartouche.MemTitre.isEmpty());
+  EXPECT_FALSE(s.MemCartouche.MemOmbrage);
+  EXPECT_EQ(s.MemCartouche.MemCouleurFond, 0xFFFFFF);
+}
+
+TEST(Police, RelueAuDemarrageSuivant) {
+  SessionRecord s;
+  QFont titre(QStringLiteral("Arial"));
+  titre.setPointSizeF(12.75);
+  titre.setBold(false);
+  titre.setItalic(true);
+  ASSERT_TRUE(EcrirePolice(s, 1, titre));
+  EXPECT_EQ(TexteFont(titre), "Arial-12");
+  SessionRecord relue;
+  RecupereValeurIni(relue);
+  EXPECT_EQ(relue.FontName1, "Arial");
+  EXPECT_EQ(relue.FontSize1, 12);
+  EXPECT_FALSE(relue.FontBold1);
+  EXPECT_TRUE(relue.FontItalic1);
+  // The subtitle keys are left to their defaults.
+  EXPECT_EQ(relue.FontName2, "Arial");
+  EXPECT_EQ(relue.FontSize2, 8);
 }
 
 }  // namespace

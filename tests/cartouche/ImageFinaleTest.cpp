@@ -47,7 +47,9 @@ Assemblage Assembler(const ParamsImageFinale& p, int largeurImage, int hauteurIm
   a.ok = ConstruireImageFinal(
       ia, image, a.largeurFormatee, a.hauteurFormatee, Uni(p.largeurFond, p.hauteurFond, kFond),
       Cartouche(p.largeurFond, p.hauteurCartouche), kCartouche, p, sortie, a.messages);
-  if (a.ok) EXPECT_TRUE(ia.Convert_ImageToPicture(sortie, a.resultat));
+  if (a.ok) {
+    EXPECT_TRUE(ia.Convert_ImageToPicture(sortie, a.resultat));
+  }
   return a;
 }
 
@@ -181,8 +183,12 @@ TEST_P(Alignements, CoinDeLImage) {
   const Assemblage a = Assembler(p, GetParam().largeur, GetParam().hauteur);
   ASSERT_TRUE(a.ok);
   EXPECT_EQ(Pixel(a, c.x(), c.y()), kImage);
-  if (c.x() > 0) EXPECT_EQ(Pixel(a, c.x() - 1, c.y()), kFond);
-  if (c.y() > 0) EXPECT_EQ(Pixel(a, c.x(), c.y() - 1), kFond);
+  if (c.x() > 0) {
+    EXPECT_EQ(Pixel(a, c.x() - 1, c.y()), kFond);
+  }
+  if (c.y() > 0) {
+    EXPECT_EQ(Pixel(a, c.x(), c.y() - 1), kFond);
+  }
 }
 INSTANTIATE_TEST_SUITE_P(Cas, Alignements,
                          ::testing::Values(

@@ -1,14 +1,27 @@
 // The cartouche form driven through its named controls and the dialogue double.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
+#include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "cartouche/Listes.h"
 #include "cartouche/frmAjouterCartouche.h"
+#include "core/Chargement.h"
+#include "core/frmPipette.h"
+#include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "measure/TableMesure.h"
+#include "platform/Fichiers.h"
+#include "platform/Ini.h"
+#include "platform/Liste.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
@@ -41,6 +54,43 @@ class FormCartouche : public testing::Test {
     return w;
   }
   void Dessiner() { C<QPushButton>("cmdDessiner")->click(); }
+  // A new visit of the form on the same session.
+  void Rouvrir() {
+    f = std::make_unique<frmAjouterCartouche>(s, ai, nullptr);
+    f->Form_Load();
+    dlg.appels.clear();
+  }
+  // table_mesure.dat holding `tables`, slots 2 onwards.
+  static void EcrireTables(const std::vector<EnrMesure>& tables) {
+    QFile::remove(CheminTableMesure());
+    FichierMesure fichier;
+    ASSERT_TRUE(fichier.Ouvrir());
+    int nb = 1;
+    for (const EnrMesure& t : tables) ASSERT_TRUE(AjouterTable(fichier, nb, t));
+  }
+  static EnrMesure Table(const char* modele, int largPix, float focale) {
+    EnrMesure t;
+    t.Modele = QLatin1String(modele);
+    t.LargPix = int16_t(largPix);
+    t.Micro = QStringLiteral("Micro-A");
+    t.Config = QStringLiteral("tube 160");
+    t.Obj = 40;
+    t.Pix = 1000;
+    t.Mic = 100;
+    t.Focale = focale;
+    return t;
+  }
+  // Types `texte` key by key into `w`.
+  static void Taper(QWidget* w, const QString& texte) {
+    for (QChar c : texte) {
+      // Printable ASCII keys carry the code of their upper-case character.
+      QKeyEvent appui(QEvent::KeyPress, c.toUpper().unicode(), Qt::NoModifier, QString(c));
+      QApplication::sendEvent(w, &appui);
+    }
+  }
+  static bool Peint(QWidget* w, const char* rgb) {
+    return w->styleSheet().contains(QLatin1String(rgb));
+  }
 };
 
 TEST_F(FormCartouche, TitreDeSoixanteDixCaracteresPasseEtSoixanteEtOnzeEchoue) {
@@ -147,6 +197,330 @@ TEST_F(FormCartouche, EchelleManuelleTropLongueRefusee) {
   EXPECT_TRUE(f->CartoucheValide());
   EXPECT_FLOAT_EQ(f->EchellePixels(), 50.0f);
   EXPECT_FLOAT_EQ(s.MicronsParPixel, 1.0f);
+}
+
+// --- Correction of a table made at another definition
+
+class ModifDefinition : public FormCartouche {
+ protected:
+  // A 1600 x 1200 photo at 7.5 mm, formatted to 640 x 480; the only table was
+  // made at 2400 pixels wide and `focaleTable`. It is applied, unfiltered,
+  // at the objective 40 after the width question.
+  void Appliquer(float focaleTable) {
+    EcrireTables({Table("APN-1", 2400, focaleTable)});
+    Ouvrir(640, 480);
+    s.LargeurOrigine = s.LargeurCadrage = 1600;
+    s.HauteurOrigine = 1200;
+    s.FocaleAPN = 7.5f;
+    s.Modele = QStringLiteral("APN-1");
+    C<QPushButton>("cmdEtalonner")->click();
+    ASSERT_TRUE(C<QCheckBox>("chkAfficherTouteTable")->isChecked());
+    auto* tables = C<QComboBox>("comboTables");
+    ASSERT_EQ(tables->count(), 2);
+    tables->setCurrentIndex(1);
+    emit tables->activated(1);
+    C<QComboBox>("comboListeObjectif")->setCurrentText(QStringLiteral("40"));
+    dlg.reponses = {Reponse::Oui};
+    C<QPushButton>("cmdAppliquerTable")->click();
+    ASSERT_TRUE(f->TableAppliquee());
+    ASSERT_EQ(C<QLineEdit>("txtPix")->text(), "1000");
+    dlg.appels.clear();
+  }
+};
+
+TEST_F(ModifDefinition, OuiCorrigeLesPixelsEtPeintEnRouge) {
+  Appliquer(7.5f);
+  auto* bouton = C<QPushButton>("cmdModifDefinition");
+  ASSERT_FALSE(bouton->isHidden());
+  dlg.reponses = {Reponse::Oui};
+  bouton->click();
+  ASSERT_GE(dlg.appels.size(), 1u);
+  const test::Appel q = dlg.appels[0];
+  EXPECT_EQ(q.genre, "Question");
+  EXPECT_EQ(q.titre, " Modification de l'échelle");
+  EXPECT_EQ(q.defaut, Reponse::Non);
+  EXPECT_EQ(q.icone, int(Icone::Question));
+  EXPECT_TRUE(
+      q.texte.contains("Votre image = 1600 pix - Votre table = 2400 pix\r\n\r\nCorriger ?"));
+  // Q = 2400 / 1600: 1000 pixels of the table are 666.67 of this photo.
+  EXPECT_EQ(C<QLineEdit>("txtPix")->text(), "666,67");
+  EXPECT_EQ(C<QLineEdit>("txtMic")->text(), "100");
+  EXPECT_EQ(C<QComboBox>("ComboObjectif")->currentText(), "40");
+  for (QWidget* w : {static_cast<QWidget*>(C<QLineEdit>("txtPix")),
+                     static_cast<QWidget*>(C<QLineEdit>("txtMic")),
+                     static_cast<QWidget*>(C<QComboBox>("ComboObjectif"))}) {
+    EXPECT_TRUE(w->isEnabled());
+    EXPECT_TRUE(Peint(w, "#ffc0c0")) << w->objectName().toStdString();
+  }
+  EXPECT_TRUE(bouton->isHidden());
+  EXPECT_FALSE(f->TableAppliquee());
+  // Redrawn with the corrected equivalence: 0.15 micron a pixel of the
+  // photo, 0.375 of the 640-wide picture.
+  EXPECT_TRUE(f->CartoucheValide());
+  EXPECT_NEAR(s.MicronsParPixel, 0.375f, 1e-4);
+  // The memory of the scale is emptied with the unlocked inputs.
+  EXPECT_TRUE(s.MemCartouche.MemApPhoto.isEmpty());
+}
+
+TEST_F(ModifDefinition, NonAnnuleEtGardeLaTable) {
+  Appliquer(7.5f);
+  dlg.reponses = {Reponse::Non};
+  C<QPushButton>("cmdModifDefinition")->click();
+  EXPECT_EQ(dlg.Dernier().texte, "Annulation ...");
+  EXPECT_EQ(C<QLineEdit>("txtPix")->text(), "1000");
+  EXPECT_FALSE(C<QLineEdit>("txtPix")->isEnabled());
+  EXPECT_TRUE(f->TableAppliquee());
+  EXPECT_FALSE(C<QPushButton>("cmdModifDefinition")->isHidden());
+}
+
+TEST_F(ModifDefinition, TableDUneAutreFocaleNeChangeRien) {
+  Appliquer(10.0f);
+  // The button is not offered for another focal length; the handler itself
+  // does nothing after Yes.
+  EXPECT_TRUE(C<QPushButton>("cmdModifDefinition")->isHidden());
+  dlg.reponses = {Reponse::Oui};
+  f->cmdModifDefinition();
+  ASSERT_EQ(dlg.appels.size(), 1u);
+  EXPECT_EQ(dlg.appels[0].genre, "Question");
+  EXPECT_EQ(C<QLineEdit>("txtPix")->text(), "1000");
+  EXPECT_FALSE(C<QLineEdit>("txtPix")->isEnabled());
+  EXPECT_TRUE(Peint(C<QLineEdit>("txtPix"), "#80ff80"));
+  EXPECT_TRUE(f->TableAppliquee());
+}
+
+TEST_F(ModifDefinition, CacheParDebloquerEtSansEchelle) {
+  Appliquer(7.5f);
+  C<QPushButton>("cmdDebloquer")->click();
+  EXPECT_TRUE(C<QPushButton>("cmdModifDefinition")->isHidden());
+  Appliquer(7.5f);
+  C<QPushButton>("cmdSansEtalon")->click();
+  EXPECT_TRUE(C<QPushButton>("cmdModifDefinition")->isHidden());
+}
+
+// --- Memory of the form
+
+TEST_F(FormCartouche, MemoireGardeePourLaMemeImageVidePourUneAutre) {
+  Ouvrir(640, 480);
+  C<QLineEdit>("txtCommentaire")->setText(QStringLiteral("Navicula"));
+  C<QComboBox>("comboProvenance")->setCurrentText(QStringLiteral("Etang"));
+  C<QCheckBox>("chkTraitNum2")->setChecked(true);
+  C<QPushButton>("cmdEtalonner")->click();
+  C<QLineEdit>("txtPix")->setText(QStringLiteral("250"));
+  C<QLineEdit>("txtMic")->setText(QStringLiteral("100"));
+  C<QComboBox>("ComboObjectif")->setCurrentText(QStringLiteral("10"));
+  C<QLineEdit>("txtLongueur")->setText(QStringLiteral("30"));
+  C<QLineEdit>("txtMicroMan")->setText(QStringLiteral("Micro-B"));
+  dlg.couleurs = {0x0000FF};
+  C<QPushButton>("cmdCouleurTexte")->click();
+  Dessiner();
+  C<QPushButton>("cmdSuite")->click();
+  ASSERT_TRUE(s.ImageFinale);
+  EXPECT_EQ(s.MemCartouche.MemTitre, "Navicula");
+  EXPECT_EQ(s.MemCartouche.MemPix, "250");
+  EXPECT_EQ(s.MemCartouche.MemLongueur, 30);
+  EXPECT_TRUE(s.MemCartouche.MemEchelleVisible);
+  EXPECT_EQ(s.MicroscopeMeta, "Micro-B");
+
+  Rouvrir();
+  EXPECT_EQ(C<QLineEdit>("txtCommentaire")->text(), "Navicula");
+  EXPECT_EQ(C<QComboBox>("comboProvenance")->currentText(), "Etang");
+  EXPECT_TRUE(C<QCheckBox>("chkTraitNum2")->isChecked());
+  EXPECT_FALSE(C<QFrame>("fraEchelle")->isHidden());
+  EXPECT_TRUE(C<QFrame>("fraMicroPhoto")->isHidden());
+  EXPECT_EQ(C<QLineEdit>("txtPix")->text(), "250");
+  EXPECT_EQ(C<QLineEdit>("txtLongueur")->text(), "30");
+  EXPECT_EQ(C<QLineEdit>("txtMicroMan")->text(), "Micro-B");
+  EXPECT_EQ(f->CouleurTexte(), QColor(255, 0, 0));
+
+  // A new picture: the form starts from its defaults.
+  ASSERT_TRUE(ai.IO_CreateImage(s.ImageCourante, 800, 600, 24));
+  RemplirSession(s, ai, QStringLiteral("autre.jpg"));
+  Rouvrir();
+  EXPECT_EQ(C<QLineEdit>("txtCommentaire")->text(), "Genre, espèce, divers");
+  EXPECT_TRUE(C<QFrame>("fraEchelle")->isHidden());
+  EXPECT_FALSE(C<QCheckBox>("chkTraitNum2")->isChecked());
+  EXPECT_TRUE(C<QLineEdit>("txtPix")->text().isEmpty());
+  EXPECT_TRUE(C<QLineEdit>("txtMicroMan")->text().isEmpty());
+  EXPECT_EQ(f->CouleurTexte(), QColor(0, 0, 0));
+}
+
+// --- Fonts, pipette, keywords
+
+TEST_F(FormCartouche, PolicesEcritesAussitotDansUserConfig) {
+  Ouvrir(640, 480);
+  const QString ini = CheminUserConfig();
+  C<QPushButton>("cmdPoliceTitre")->click();  // cancelled: nothing written
+  EXPECT_EQ(LireIni("FormatImage", "FontName1", ini, "absent"), "absent");
+
+  QFont titre(QStringLiteral("Liberation Serif"), 14);
+  titre.setItalic(true);
+  dlg.polices = {titre};
+  C<QPushButton>("cmdPoliceTitre")->click();
+  EXPECT_EQ(C<QLineEdit>("txtPoliceTitre")->text(), "Liberation Serif-14");
+  EXPECT_EQ(f->PoliceTitre().family(), "Liberation Serif");
+  EXPECT_EQ(LireIni("FormatImage", "FontName1", ini, ""), "Liberation Serif");
+  EXPECT_EQ(LireIni("FormatImage", "FontSize1", ini, ""), "14");
+  EXPECT_EQ(LireIni("FormatImage", "FontBold1", ini, ""), "FAUX");
+  EXPECT_EQ(LireIni("FormatImage", "FontItalic1", ini, ""), "VRAI");
+
+  QFont texte(QStringLiteral("Liberation Sans"));
+  texte.setPointSizeF(9.5);
+  texte.setBold(true);
+  dlg.polices = {texte};
+  C<QPushButton>("cmdPoliceSousTitre")->click();
+  EXPECT_EQ(LireIni("FormatImage", "FontName2", ini, ""), "Liberation Sans");
+  EXPECT_EQ(LireIni("FormatImage", "FontSize2", ini, ""), "9");
+  EXPECT_EQ(LireIni("FormatImage", "FontBold2", ini, ""), "VRAI");
+  EXPECT_EQ(LireIni("FormatImage", "FontName1", ini, ""), "Liberation Serif");
+  // The next visit starts from the chosen fonts.
+  Rouvrir();
+  EXPECT_EQ(C<QLineEdit>("txtPoliceSousTitre")->text(), "Liberation Sans-9");
+}
+
+TEST_F(FormCartouche, PipetteDonneLaCouleurDuFond) {
+  QImage vert(64, 48, QImage::Format_RGB32);
+  vert.fill(QColor(10, 200, 30));
+  ASSERT_TRUE(ai.Convert_PictureToImage(vert, s.ImageCourante));
+  Ouvrir(640, 480);
+  C<QPushButton>("cmdPipette")->click();
+  auto* pipette = f->findChild<frmPipette*>(QStringLiteral("frmPipette"));
+  ASSERT_NE(pipette, nullptr);
+  ASSERT_TRUE(pipette->ChoisirPixel(5, 5));
+  pipette->cmdOK();
+  EXPECT_EQ(f->CouleurFond(), QColor(10, 200, 30));
+  EXPECT_TRUE(Peint(C<QLabel>("shpFond"), "#0ac81e"));
+  EXPECT_EQ(f->CouleurTexte(), QColor(0, 0, 0));
+}
+
+TEST_F(FormCartouche, MotsClefsMontrentLIndicateur) {
+  Ouvrir(640, 480);
+  EXPECT_TRUE(C<QLabel>("imgMotClef")->isHidden());
+  C<QPushButton>("cmdMotClef")->click();
+  auto* dialogue = f->findChild<QWidget*>(QStringLiteral("frmMotClef"));
+  ASSERT_NE(dialogue, nullptr);
+  EXPECT_TRUE(dialogue->isVisible());
+  dialogue->findChild<QPlainTextEdit*>(QStringLiteral("txtMotClef"))
+      ->setPlainText(QStringLiteral("diatomée"));
+  dialogue->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+  EXPECT_EQ(s.MotClef, "diatomée");
+  EXPECT_FALSE(C<QLabel>("imgMotClef")->isHidden());
+}
+
+// --- Lists of the tables, choice lists, numeric keys, frames
+
+TEST_F(FormCartouche, ListeDesAppareilsDesTables) {
+  Ouvrir(640, 480);
+  auto* boite = C<QLineEdit>("txtApPhotoMan");
+  auto* liste = C<QComboBox>("comboModele");
+  C<QPushButton>("cmdListeApPhoto")->click();
+  EXPECT_EQ(dlg.Dernier().texte, "Aucune table en mémoire ...");
+  EXPECT_FALSE(boite->isHidden());
+  EXPECT_TRUE(liste->isHidden());
+
+  EcrireTables(
+      {Table("APN-2", 2400, 7.5f), Table("APN-1", 1600, 7.5f), Table("APN-2", 1600, 5.0f)});
+  C<QPushButton>("cmdListeApPhoto")->click();
+  EXPECT_TRUE(boite->isHidden());
+  EXPECT_FALSE(liste->isHidden());
+  ASSERT_EQ(liste->count(), 4);
+  EXPECT_EQ(liste->itemText(0), "*Choisir / Annuler*");
+  EXPECT_EQ(liste->itemText(3), "APN-2");
+  // "Choisir / Annuler" leaves the box as it was.
+  boite->setText(QStringLiteral("avant"));
+  emit liste->activated(0);
+  EXPECT_EQ(boite->text(), "avant");
+  EXPECT_FALSE(boite->isHidden());
+  EXPECT_TRUE(liste->isHidden());
+
+  C<QPushButton>("cmdListeApPhoto")->click();
+  liste->setCurrentIndex(2);
+  emit liste->activated(2);
+  EXPECT_EQ(boite->text(), "APN-1");
+  EXPECT_TRUE(Peint(boite, "#80ff80"));
+  EXPECT_TRUE(liste->isHidden());
+
+  auto* micro = C<QComboBox>("comboMicro");
+  C<QPushButton>("cmdListeMicro")->click();
+  ASSERT_EQ(micro->count(), 3);  // the marker, the blank entry, one microscope
+  micro->setCurrentIndex(2);
+  emit micro->activated(2);
+  EXPECT_EQ(C<QLineEdit>("txtMicroMan")->text(), "Micro-A");
+
+  // Fields off: their list buttons with them.
+  C<QCheckBox>("chkChoixChamp5")->click();
+  EXPECT_FALSE(C<QPushButton>("cmdListeApPhoto")->isEnabled());
+  C<QCheckBox>("chkChoixChamp5")->click();
+  EXPECT_TRUE(C<QPushButton>("cmdListeApPhoto")->isEnabled());
+}
+
+TEST_F(FormCartouche, ListesRemisesParDefaut) {
+  Ouvrir(640, 480);
+  ASSERT_TRUE(AjouterLstItem(CheminListe(ListeChoix::Provenance), QStringLiteral("Mare du bois")));
+  ASSERT_TRUE(AjouterLstItem(CheminListe(ListeChoix::Coloration), QStringLiteral("Fuchsine")));
+  C<QPushButton>("cmdOuvrirFraListe")->click();
+  EXPECT_FALSE(C<QFrame>("fraListe")->isHidden());
+  C<QCheckBox>("chkLstDefaut0")->setChecked(true);
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>("cmdListeDefaut")->click();
+  ASSERT_EQ(dlg.appels.size(), 1u);
+  EXPECT_EQ(dlg.appels[0].titre, "Listes par défaut");
+  QStringList items;
+  ASSERT_TRUE(LireListe(CheminListe(ListeChoix::Provenance), items));
+  EXPECT_FALSE(items.contains("Mare du bois"));
+  EXPECT_TRUE(items.contains("Tourbière"));
+  auto* provenance = C<QComboBox>("comboProvenance");
+  EXPECT_EQ(provenance->findText(QStringLiteral("Mare du bois")), -1);
+  EXPECT_NE(provenance->findText(QStringLiteral("Tourbière")), -1);
+  // The unticked list keeps its entry.
+  ASSERT_TRUE(LireListe(CheminListe(ListeChoix::Coloration), items));
+  EXPECT_TRUE(items.contains("Fuchsine"));
+  EXPECT_TRUE(C<QFrame>("fraListe")->isHidden());
+  EXPECT_FALSE(C<QCheckBox>("chkLstDefaut0")->isChecked());
+}
+
+TEST_F(FormCartouche, ToucheDecimaleSelonLaLocale) {
+  Ouvrir(640, 480);
+  C<QPushButton>("cmdEtalonner")->click();
+  Taper(C<QLineEdit>("txtPix"), QStringLiteral("12.5"));
+  EXPECT_EQ(C<QLineEdit>("txtPix")->text(), "12,5");
+  Taper(C<QComboBox>("ComboObjectif")->lineEdit(), QStringLiteral("0.5"));
+  EXPECT_EQ(C<QComboBox>("ComboObjectif")->currentText(), "0,5");
+  // Other keys pass untouched, letters included.
+  Taper(C<QLineEdit>("txtMic"), QStringLiteral("1a,2"));
+  EXPECT_EQ(C<QLineEdit>("txtMic")->text(), "1a,2");
+  // Not filtered: the title.
+  C<QLineEdit>("txtCommentaire")->clear();
+  Taper(C<QLineEdit>("txtCommentaire"), QStringLiteral("a.b"));
+  EXPECT_EQ(C<QLineEdit>("txtCommentaire")->text(), "a.b");
+
+  s.SeparateurDecimal = QStringLiteral(".");
+  C<QLineEdit>("txtLongueur")->clear();
+  Taper(C<QLineEdit>("txtLongueur"), QStringLiteral("2,5"));
+  EXPECT_EQ(C<QLineEdit>("txtLongueur")->text(), "2.5");
+}
+
+TEST_F(FormCartouche, CadresReduitsRedessinentEtSeRouvrent) {
+  Ouvrir(640, 480);
+  auto* polices = C<QFrame>("fraPolices");
+  auto* champs = C<QFrame>("fraChoixChamp");
+  ASSERT_FALSE(polices->isHidden());
+  ASSERT_FALSE(champs->isHidden());
+  C<QPushButton>("cmdReduirefraChoixChamp")->click();
+  EXPECT_TRUE(champs->isHidden());
+  EXPECT_FALSE(f->ImageCartouche().isNull());
+  EXPECT_EQ(C<QPushButton>("cmdDessiner")->text(), "(re)Dessiner le cartouche");
+  C<QPushButton>("cmdOuvrirFraPolice")->click();
+  C<QPushButton>("cmdReduireFraPolice")->click();
+  EXPECT_TRUE(polices->isHidden());
+  C<QPushButton>("cmdOuvrirFraPolice")->click();
+  EXPECT_FALSE(polices->isHidden());
+  C<QPushButton>("cmdOuvrirFraChoixChamp")->click();
+  EXPECT_FALSE(champs->isHidden());
+
+  // The 2-line cartouche has no choice of fields.
+  Ouvrir(640, 480, QStringLiteral("0"));
+  EXPECT_TRUE(C<QFrame>("fraChoixChamp")->isHidden());
+  EXPECT_TRUE(C<QPushButton>("cmdOuvrirFraChoixChamp")->isHidden());
 }
 
 }  // namespace

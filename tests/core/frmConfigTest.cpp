@@ -52,7 +52,9 @@ TEST_P(Objectif, LimitesEtMessages) {
   } else {
     EXPECT_TRUE(dlg.appels.empty()) << dlg.Textes().join(" | ").toStdString();
   }
-  if (!c.accepte) EXPECT_EQ(liste, avant);
+  if (!c.accepte) {
+    EXPECT_EQ(liste, avant);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
