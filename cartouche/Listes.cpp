@@ -141,7 +141,7 @@ ListeChoix ListeDeDefaut(int index) {
 bool cmdListeDefaut(const std::array<bool, 3>& coches, const std::array<IListe*, 3>& combos) {
   if (!coches[0] && !coches[1] && !coches[2]) return false;
   if (Dialogues().Question(QStringLiteral("Listes par défaut"),
-                           QStringLiteral("Souhaitez-vous effacer vos entrées et\n"
+                           QStringLiteral("Souhaitez-vous effacer vos entrées et\r\n"
                                           "remettre les listes à choix par défaut ?"),
                            Boutons::OuiNon, Reponse::Non, Icone::Information) != Reponse::Oui)
     return false;

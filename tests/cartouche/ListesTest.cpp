@@ -143,6 +143,8 @@ TEST(Listes, ListesParDefautDemandeEtRemet) {
   EXPECT_FALSE(cmdListeDefaut({true, true, true}, {&provenance, &montage, &coloration}));
   ASSERT_EQ(dlg.appels.size(), 1u);
   EXPECT_EQ(dlg.Dernier().titre, "Listes par défaut");
+  EXPECT_EQ(dlg.Dernier().texte,
+            "Souhaitez-vous effacer vos entrées et\r\nremettre les listes à choix par défaut ?");
   EXPECT_EQ(dlg.Dernier().defaut, Reponse::Non);
   EXPECT_TRUE(Items(CheminListe(ListeChoix::Montage)).contains("Entrée perso"));
 
