@@ -1,5 +1,7 @@
 #include "metadata/CMakerNote.h"
 
+#include <QStringList>
+
 namespace tg::meta {
 
 namespace {
@@ -31,8 +33,9 @@ struct Variante {
   bool lisible = true;
   bool ordreFixe = false;
   Ordre ordre = Ordre::Intel;
-  bool enTetePropre = false;   // Nikon 2: a TIFF header of its own at + 10
-  bool relatifAuBloc = false;  // Fuji: offsets from the block's start
+  bool enTetePropre = false;     // Nikon 2: a TIFF header of its own at + 10
+  bool relatifAuBloc = false;    // Fuji: offsets from the block's start
+  bool relatifALEntree = false;  // Kyocera: offsets from each entry's own start
 };
 
 Variante Reconnaitre(int fabricant, const QByteArray& o) {
@@ -82,7 +85,10 @@ Variante Reconnaitre(int fabricant, const QByteArray& o) {
       v.offset = 12;
       break;
     case Kyocera:
+      // "KYOCERA", blanks and zeros up to 22 bytes; each value's offset is
+      // counted from the start of its own entry.
       v.offset = 22;
+      v.relatifALEntree = true;
       break;
     case Panasonic:
       v.offset = 12;
@@ -130,6 +136,7 @@ bool CMakerNote::ReadIFD(const LecteurOctets& bloc, int64_t position, const QByt
   ordreEcrit_ = ordre;
   origine_ = v.enTetePropre ? position + 10 : v.relatifAuBloc ? position : 0;
   relatifAuBloc_ = v.relatifAuBloc;
+  relatifALEntree_ = v.relatifALEntree;
   if (!v.lisible) return false;
 
   const int64_t debut = position + Offset;
@@ -147,7 +154,7 @@ bool CMakerNote::ReadIFD(const LecteurOctets& bloc, int64_t position, const QByt
     const int64_t p = debut + 2 + 12 * int64_t(i);
     CExifDirEnt e;
     if (!e.GetExifDirectoryInfos(bloc, p, ordre)) break;
-    e.GetExifDirectoryDataRel(bloc, p, ordre, origine_);
+    e.GetExifDirectoryDataRel(bloc, p, ordre, relatifALEntree_ ? p : origine_);
     Directories.push_back(std::move(e));
   }
   lu_ = true;
@@ -172,12 +179,17 @@ QByteArray CMakerNote::AdjustMakerNote(int64_t position) const {
                       Manufacture == Pentax;
   if (!relaye || !lu_ || Offset > octets_.size()) return octets_;
   std::vector<CExifDirEnt> entrees = Directories;
-  const int64_t base = relatifAuBloc_ ? 0 : position;
+  const int64_t base = relatifAuBloc_ || relatifALEntree_ ? 0 : position;
   int64_t courant = base + Offset + 2 + 12 * int64_t(entrees.size()) + 4;
   // Written in the order the next reading tries first: a note read turned
   // would otherwise come back with a count that may pass for a right one.
   const Ordre o = ordreEcrit_;
-  for (CExifDirEnt& e : entrees) e.Adjust(courant, o);
+  for (size_t i = 0; i < entrees.size(); ++i) {
+    const int64_t valeur = courant;
+    entrees[i].Adjust(courant, o);
+    if (relatifALEntree_ && courant != valeur)
+      entrees[i].OffsetToValue = int32_t(valeur - (Offset + 2 + 12 * int64_t(i)));
+  }
   EcrivainOctets w;
   w.octets(octets_.left(Offset));
   w.u16(o, uint16_t(entrees.size()));
@@ -196,8 +208,41 @@ int CMakerNote::Table() const {
 
 QString CMakerNote::NomTag(int32_t tag) const { return NomTagFabricant(Table(), tag); }
 
+namespace {
+
+// Each named element of a Canon array as "Name=value (meaning)", joined by
+// "; "; elements without a name are left out.
+QString ElementsCanon(const CExifDirEnt& e) {
+  const QByteArray& d = e.GetData();
+  const bool signe = TableauCanonSigne(e.Tag);
+  QStringList parties;
+  for (int i = 0; 2 * i + 1 < d.size(); ++i) {
+    const QString nom = NomElementCanon(e.Tag, i);
+    if (nom.isEmpty()) continue;
+    const uint16_t brut = uint16_t(uint8_t(d[2 * i]) | (uint8_t(d[2 * i + 1]) << 8));
+    const int64_t v = signe ? int64_t(int16_t(brut)) : int64_t(brut);
+    QString p = nom + u'=' + QString::number(v);
+    const QString sens = SignificationElementCanon(e.Tag, i, v);
+    if (!sens.isEmpty()) p += QStringLiteral(" (%1)").arg(sens);
+    parties << p;
+  }
+  return parties.join(QStringLiteral("; "));
+}
+
+}  // namespace
+
 QString CMakerNote::GetMakerNoteFormatted(const CExifDirEnt& e) const {
+  if (Manufacture == Canon && TableauCanon(e.Tag) &&
+      (e.DataFormat == FmtShort || e.DataFormat == FmtSShort)) {
+    const QString elements = ElementsCanon(e);
+    if (!elements.isEmpty()) return elements;
+  }
   QString t = e.GetDataFormatted();
+  if (e.DataFormat == FmtAscii) {
+    const QString sens = SignificationTexteFabricant(Table(), e.Tag, t.trimmed());
+    if (!sens.isEmpty()) t += QStringLiteral(" (%1)").arg(sens);
+    return t;
+  }
   const int n = e.GetDataSize();
   // A meaning for one number; texts and blocks stay as they are.
   const bool entier = e.DataFormat == FmtByte || e.DataFormat == FmtShort ||

@@ -6,6 +6,7 @@
 // EXIF block is rebuilt.
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <vector>
 
@@ -32,8 +33,10 @@ class CMakerNote {
   bool Lu() const { return lu_; }
   const QByteArray& Octets() const { return octets_; }
   // Origin of the entries' offsets in the TIFF structure: the block's own
-  // header for the variants that carry one, else 0.
+  // header for the variants that carry one, else 0. Kyocera counts each
+  // offset from its own entry instead (EntreeRelative).
   int64_t Origine() const { return origine_; }
+  bool EntreeRelative() const { return relatifALEntree_; }
   // Length of the header that the writer keeps word for word (0 when unknown).
   int LongueurPrefixe() const;
 
@@ -41,7 +44,8 @@ class CMakerNote {
   // Sony, Kyocera, Panasonic and Pentax (8, 11, 12, 13) are laid out again:
   // header, count, entries, a zero link, then the values from behind the
   // directory, their offsets counted as the maker counts them, in the file's
-  // byte order (Pentax "AOC": the one its header names). Every other
+  // byte order (Pentax "AOC": the one its header names; Kyocera: from
+  // each entry, so the block no longer depends on its place). Every other
   // block is copied as it stands: its inner offsets are not touched. The
   // length never depends on `position`.
   QByteArray AdjustMakerNote(int64_t position) const;
@@ -61,6 +65,7 @@ class CMakerNote {
   int64_t origine_ = 0;
   Ordre ordreEcrit_ = Ordre::Intel;  // the file's, or the one the header names
   bool relatifAuBloc_ = false;       // offsets counted from the block's own start
+  bool relatifALEntree_ = false;     // offsets counted from each entry's start
   bool lu_ = false;
 };
 
@@ -69,5 +74,19 @@ class CMakerNote {
 // for the Pentax ones of version 2. Empty when unknown.
 QString NomTagFabricant(int table, int32_t tag);
 QString SignificationFabricant(int table, int32_t tag, int64_t valeur);
+// Lines of the tables that do not follow their own layout (tag, name,
+// "value=meaning" pairs, no tag or value twice); empty when all are sound.
+QStringList DefautsTablesFabricants();
+// The meaning of a text value (Sigma writes its modes as letters).
+QString SignificationTexteFabricant(int table, int32_t tag, const QString& valeur);
+
+// Canon's array tags (CameraSettings 0x0001, FocalLength 0x0002, ShotInfo
+// 0x0004, Panorama 0x0005, AFInfo 0x0012, MyColors 0x001D, FileInfo 0x0093,
+// ProcessingInfo 0x00A0): a list of 16-bit numbers, each named by its index.
+bool TableauCanon(int32_t tag);
+// Whether the tag's elements are signed (-1 standing for "n/a").
+bool TableauCanonSigne(int32_t tag);
+QString NomElementCanon(int32_t tag, int index);
+QString SignificationElementCanon(int32_t tag, int index, int64_t valeur);
 
 }  // namespace tg::meta

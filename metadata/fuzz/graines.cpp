@@ -129,6 +129,19 @@ int main(int argc, char** argv) {
          QByteArray("\x03\x00"
                     "QVC\0\0\0\x01\0\x02\x30\x03\0\x01\0\0\0\x03\0\0\0\0\0\0\0",
                     26));
+  // Kyocera: offsets from each entry; Canon: an array decoded element by element.
+  Ecrire(racine + "/makernote", "kyocera.bin",
+         QByteArray("\x0C\x00"
+                    "KYOCERA            \0\0\0"
+                    "\x02\0\x01\x0E\x03\0\x01\0\0\0\x07\0\0\0"
+                    "\x02\x0E\x02\0\x0C\0\0\0\x10\0\0\0\0\0\0\0"
+                    "KYOCERA 1.0\0",
+                    66));
+  Ecrire(racine + "/makernote", "canon.bin",
+         QByteArray("\x05\x00"
+                    "\x01\0\x01\0\x03\0\x04\0\0\0\x1A\0\0\0\0\0\0\0"
+                    "\x08\0\x01\0\xFF\xFF\x03\0",
+                    28));
   Ecrire(racine + "/commentaire", "pair.bin", QByteArray(1, '\0') + Segment(0xFE, "abcd"));
   return 0;
 }

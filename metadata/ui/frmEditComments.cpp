@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/frmFichierPhoto.h"
 #include "metadata/CommandesMeta.h"
@@ -42,6 +43,95 @@ QStringList LignesJFIF(const meta::CJFIF& jfif) {
           QStringLiteral("Taille de la miniature : %1x%2 pixels")
               .arg(jfif.Xthumbnail)
               .arg(jfif.Ythumbnail)};
+}
+
+QStringList LignesPNG(const meta::CPNG& png) {
+  QStringList l;
+  if (png.IHDR)
+    l << QStringLiteral("Fichier PNG : %1x%2 pixels, %3 bits, type de couleur %4%5")
+             .arg(png.IHDR->Width)
+             .arg(png.IHDR->Height)
+             .arg(png.IHDR->BitDepth)
+             .arg(png.IHDR->ColorType)
+             .arg(png.IHDR->InterlaceMethod ? QStringLiteral(", entrelacé") : QString());
+  else
+    l << QStringLiteral("Fichier PNG");
+  if (png.pHYS)
+    l << QStringLiteral("Résolution de l'image : %1x%2 %3")
+             .arg(png.pHYS->XPixelsPerUnit)
+             .arg(png.pHYS->YPixelsPerUnit)
+             .arg(png.pHYS->UnitSpecifier == 1 ? QStringLiteral("pixels par mètre")
+                                               : QStringLiteral("(sans unité)"));
+  if (png.tIME)
+    l << QStringLiteral("Date de modification : %1-%2-%3 %4:%5:%6")
+             .arg(png.tIME->Year)
+             .arg(png.tIME->Month, 2, 10, QLatin1Char('0'))
+             .arg(png.tIME->Day, 2, 10, QLatin1Char('0'))
+             .arg(png.tIME->Hour, 2, 10, QLatin1Char('0'))
+             .arg(png.tIME->Minute, 2, 10, QLatin1Char('0'))
+             .arg(png.tIME->Second, 2, 10, QLatin1Char('0'));
+  auto texte = [&l](const char* type, const meta::CTexteBase& t) {
+    QString c = t.Content;
+    c.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\n', u' ');
+    l << QStringLiteral("%1 %2 : %3").arg(QLatin1String(type), t.MotCle, c);
+  };
+  bool commentaire = false;  // the first tEXt "Comment" is the one in the text box
+  for (const meta::CtEXt& t : png.tEXt) {
+    if (!commentaire && t.MotCle == QLatin1String("Comment")) {
+      commentaire = true;
+      continue;
+    }
+    texte("tEXt", t);
+  }
+  for (const meta::CzTXt& t : png.zTXt) texte("zTXt", t);
+  for (const meta::CiTXt& t : png.iTXt) texte("iTXt", t);
+  return l;
+}
+
+QStringList LignesGIF(const meta::CGIF& gif) {
+  QStringList l;
+  l << QStringLiteral("Fichier GIF %1 : %2x%3 pixels")
+           .arg(gif.Version)
+           .arg(gif.Width)
+           .arg(gif.Height);
+  if (gif.GlobalColorMapFollow)
+    l << QStringLiteral("Table de couleurs globale : %1 couleurs, fond %2")
+             .arg(1 << std::clamp<int>(gif.BitsPerPixel, 1, 8))
+             .arg(gif.BackgroungIndex);
+  else
+    l << QStringLiteral("Pas de table de couleurs globale");
+  l << QStringLiteral("Résolution des couleurs : %1 bits").arg(gif.ColorResolution);
+  return l;
+}
+
+QStringList LignesBMP(const meta::CBMP& bmp) {
+  auto ligne = [](const char* nom, qint64 v) {
+    return QStringLiteral("%1 : %2").arg(QLatin1String(nom)).arg(v);
+  };
+  return {QStringLiteral("bfType : 0x") +
+              QString::number(bmp.bfType, 16).toUpper().rightJustified(4, QLatin1Char('0')),
+          ligne("bfSize", bmp.bfSize),
+          ligne("bfReserved1", bmp.bfReserved1),
+          ligne("bfReserved2", bmp.bfReserved2),
+          ligne("bfOffBits", bmp.bfOffBits),
+          ligne("biSize", bmp.biSize),
+          ligne("biWidth", bmp.biWidth),
+          ligne("biHeight", bmp.biHeight),
+          ligne("biPlanes", bmp.biPlanes),
+          ligne("biBitCount", bmp.biBitCount),
+          ligne("biCompression", bmp.biCompression),
+          ligne("biSizeImage", bmp.biSizeImage),
+          ligne("biXPelsPerMeter", bmp.biXPelsPerMeter),
+          ligne("biYPelsPerMeter", bmp.biYPelsPerMeter),
+          ligne("biClrUsed", bmp.biClrUsed),
+          ligne("biClrImportant", bmp.biClrImportant)};
+}
+
+QString TexteCaractereRefuse(QChar c) {
+  return QStringLiteral(
+             "Le caractère « %1 » ne peut pas être écrit dans le fichier (jeu Windows-1252) : "
+             "remplacez-le avant d'enregistrer. Le fichier n'a pas été modifié.")
+      .arg(c);
 }
 
 QString TexteQuestionSauvegarde() {
@@ -78,7 +168,7 @@ frmEditComments::frmEditComments(frmFichierPhoto& principale)
   label1_->setObjectName(QStringLiteral("Label1"));
   lstInfos_ = new QListWidget(this);
   lstInfos_->setObjectName(QStringLiteral("lstInfos"));
-  lstInfos_->setMaximumHeight(80);
+  lstInfos_->setMaximumHeight(120);
   picVignette_ = new QLabel(this);
   picVignette_->setObjectName(QStringLiteral("picVignette"));
   picVignette_->setFixedSize(kCoteVignette, kCoteVignette);
@@ -145,6 +235,9 @@ bool frmEditComments::Form_Load() {
 void frmEditComments::Vider() {
   lstInfos_->clear();
   txtCommentaire_->clear();
+  txtCommentaire_->setReadOnly(false);
+  txtCommentaire_->setPlaceholderText({});
+  cmdSave_->setEnabled(true);
   picVignette_->clear();
 }
 
@@ -155,7 +248,8 @@ void frmEditComments::Charger(const QString& chemin, bool depuisDialogue) {
   if (!image_->ReadImage(chemin_))
     Dialogues().Message(TitreModificationMetas, image_->Erreur(), Icone::Exclamation);
   if (image_->ImageType == meta::TypeJPEG ||
-      (depuisDialogue && image_->ImageType == meta::TypeTIFF))
+      (depuisDialogue && image_->ImageType == meta::TypeTIFF) || image_->PNG() != nullptr ||
+      image_->GIF() != nullptr || image_->BMP() != nullptr)
     Remplir();
   label1_->setText(chemin_);
 }
@@ -164,13 +258,27 @@ void frmEditComments::Remplir() {
   if (meta::CJPEG* j = image_->JPEG()) {
     lstInfos_->addItems(LignesJFIF(j->JFIF()));
     // The text box shows the comment up to its first NUL, with the line ends of the box.
-    QString texte = j->JPEGComment().Texte();
-    texte.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    txtCommentaire_->setPlainText(texte);
+    MontrerTexte(j->JPEGComment().Texte());
   } else if (meta::CTIFF* t = image_->TIFF()) {
     lstInfos_->addItem(
         QStringLiteral("Fichier TIFF : %1 répertoire(s) d'image").arg(t->EXIF().NombreIfd()));
+  } else if (meta::CPNG* p = image_->PNG()) {
+    lstInfos_->addItems(LignesPNG(*p));
+    MontrerTexte(p->Commentaire());
+  } else if (meta::CGIF* g = image_->GIF()) {
+    lstInfos_->addItems(LignesGIF(*g));
+    MontrerTexte(g->Comment);
+  } else if (meta::CBMP* b = image_->BMP()) {
+    lstInfos_->addItems(LignesBMP(*b));
+    txtCommentaire_->setReadOnly(true);
+    txtCommentaire_->setPlaceholderText(TexteBMPSansCommentaire);
+    cmdSave_->setEnabled(false);
   }
+}
+
+void frmEditComments::MontrerTexte(QString texte) {
+  texte.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  txtCommentaire_->setPlainText(texte);
 }
 
 void frmEditComments::AfficherVignette() {
@@ -194,6 +302,16 @@ void frmEditComments::cmdOpen_Click() {
 }
 
 void frmEditComments::cmdSave_Click() {
+  if (image_ && image_->BMP() != nullptr) {
+    Dialogues().Message(TitreModificationMetas, TexteBMPSansCommentaire, Icone::Information);
+    return;
+  }
+  // The file holds Windows-1252: a character it lacks would come back as "?".
+  for (const QChar c : txtCommentaire_->toPlainText())
+    if (c != u'?' && meta::VersCp1252(QString(c)) == "?") {
+      Dialogues().Message(TitreModificationMetas, TexteCaractereRefuse(c), Icone::Exclamation);
+      return;
+    }
   if (Dialogues().Question(TitreModificationMetas, TexteQuestionSauvegarde(), Boutons::OuiNon,
                            Reponse::Oui, Icone::Exclamation) != Reponse::Oui) {
     Dialogues().Message(TitreModificationMetas, QStringLiteral("Opération annulée ..."),
@@ -203,8 +321,12 @@ void frmEditComments::cmdSave_Click() {
   // The image in hand may be this very file: it is closed before the rewrite.
   principale_.FermerImage();
   if (!image_) return;
-  if (meta::CJPEG* j = image_->JPEG())
-    j->JPEGComment().Content = meta::FinsDeLigneCRLF(txtCommentaire_->toPlainText());
+  // The block's lines end in CR LF in every format; an empty text leaves a
+  // PNG or a GIF without a comment.
+  const QString texte = meta::FinsDeLigneCRLF(txtCommentaire_->toPlainText());
+  if (meta::CJPEG* j = image_->JPEG()) j->JPEGComment().Content = texte;
+  if (meta::CPNG* p = image_->PNG()) p->SetCommentaire(texte);
+  if (meta::CGIF* g = image_->GIF()) g->Comment = texte;
   if (!image_->WriteImage(chemin_)) {
     Dialogues().Message(TitreModificationMetas, image_->Erreur(), Icone::Critique);
     return;

@@ -1,7 +1,9 @@
 #pragma once
 // The comment editor: reads and rewrites by hand the comment block of a
-// picture file on disk, and shows its JFIF data. A tool for experts: it works
-// on the file, not on the image in hand.
+// picture file on disk (JPEG comment segment, PNG tEXt "Comment", GIF comment
+// extension), and shows the file's header data; a BMP has no place for a
+// comment and is shown read-only. A tool for experts: it works on the file,
+// not on the image in hand.
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -20,6 +22,16 @@ class frmFichierPhoto;
 
 // The lines of lstInfos for a JPEG's JFIF data.
 QStringList LignesJFIF(const meta::CJFIF& jfif);
+// The lines of lstInfos for the other formats: PNG (header, resolution,
+// time, text chunks other than the comment), GIF (header, screen) and BMP
+// (every field of its two headers, by name).
+QStringList LignesPNG(const meta::CPNG& png);
+QStringList LignesGIF(const meta::CGIF& gif);
+QStringList LignesBMP(const meta::CBMP& bmp);
+inline const QString TexteBMPSansCommentaire =
+    QStringLiteral("Le format BMP n'a pas de place pour un commentaire.");
+// The refusal of a character that Windows-1252 cannot hold.
+QString TexteCaractereRefuse(QChar c);
 // The question of cmdSave, each line ended by CR LF.
 QString TexteQuestionSauvegarde();
 inline const QString TitreModificationMetas = QStringLiteral("Modification des métas");
@@ -45,10 +57,13 @@ class frmEditComments : public QWidget {
   const QString& Chemin() const { return chemin_; }
 
  private:
-  // `depuisDialogue`: a TIFF chosen in the dialog gets its lines too.
+  // `depuisDialogue`: a TIFF chosen in the dialog gets its lines too. PNG,
+  // GIF and BMP always get theirs; a BMP shows its fields only, read-only.
   void Charger(const QString& chemin, bool depuisDialogue);
   void Vider();
   void Remplir();
+  // The text box shows the comment with its own line ends.
+  void MontrerTexte(QString texte);
   void AfficherVignette();
 
   frmFichierPhoto& principale_;

@@ -113,8 +113,12 @@ TEST_P(BlocDansLesDeuxOrdres, SeReecritDansSonOrdreSansRienPerdre) {
       EXPECT_EQ(ea.DataFormat, eb.DataFormat);
       EXPECT_EQ(ea.NumberOfComponent, eb.NumberOfComponent);
       // Offsets move; the pointer tags and the thumbnail's offset are rebuilt.
-      if (ea.Tag != 0x8769 && ea.Tag != 0x0201) EXPECT_EQ(ea.GetData(), eb.GetData()) << ea.Tag;
-      if (ea.DataFormat == 99) EXPECT_EQ(ea.OffsetToValue, eb.OffsetToValue);
+      if (ea.Tag != 0x8769 && ea.Tag != 0x0201) {
+        EXPECT_EQ(ea.GetData(), eb.GetData()) << ea.Tag;
+      }
+      if (ea.DataFormat == 99) {
+        EXPECT_EQ(ea.OffsetToValue, eb.OffsetToValue);
+      }
     }
   }
   EXPECT_EQ(apres.ThumbnailData, "THUMB");

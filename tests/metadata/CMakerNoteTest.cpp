@@ -345,3 +345,216 @@ TEST(NoteFabricant, ExiftoolLitLesMemesValeursApresReecriture) {
 
 }  // namespace
 }  // namespace tg::meta
+
+namespace tg::meta {
+namespace {
+
+using namespace test;
+
+// 16-bit elements in the note's order, from signed values.
+QByteArray Elements(bool mm, std::initializer_list<int> valeurs) {
+  QByteArray r;
+  for (int v : valeurs) r += U16(mm, uint16_t(int16_t(v)));
+  return r;
+}
+
+// A Canon note with CameraSettings, FocalLength and ShotInfo as Canon writes
+// them: SHORT arrays whose element 0 is their length in bytes.
+QByteArray NoteCanon(bool mm, uint32_t p) {
+  // CameraSettings: MacroMode 1, SelfTimer 0, Quality 3, CanonFlashMode -1,
+  // ContinuousDrive 1, [6] 7, FocusMode 1, [8] 0, RecordMode 7,
+  // CanonImageSize 0, EasyMode 1, DigitalZoom 0, Contrast -1.
+  const QByteArray reglages = Elements(mm, {28, 1, 0, 3, -1, 1, 7, 1, 0, 7, 0, 1, 0, -1});
+  // FocalLength: FocalType 2, FocalLength 65000 (unsigned).
+  const QByteArray focale = Elements(mm, {2, -536, 0, 0});
+  // ShotInfo: [1..6] 0, WhiteBalance 8, SlowShutter -1, SequenceNumber 4,
+  // then up to AutoRotate 1 at 27.
+  QByteArray prise = Elements(mm, {58, 0, 0, 0, 0, 0, 0, 8, -1, 4});
+  for (int i = 10; i < 27; ++i) prise += U16(mm, 0);
+  prise += Elements(mm, {1, -1});
+  return Repertoire(mm,
+                    {{0x0001, 3, uint32_t(reglages.size() / 2), reglages},
+                     {0x0002, 3, 4, focale},
+                     {0x0004, 3, uint32_t(prise.size() / 2), prise},
+                     {0x0006, 2, 10, QByteArray("IMG:EOS D\0", 10)}},
+                    p);
+}
+
+TEST(NoteFabricant, CanonTableauxElementParElement) {
+  for (bool mm : {false, true}) {
+    CJPEG j;
+    CMakerNote& n =
+        Exif(j, App1(mm, QByteArray("Canon\0", 6), [&](uint32_t p) { return NoteCanon(mm, p); }))
+            .NoteFabricant();
+    ASSERT_TRUE(n.Lu()) << mm;
+    ASSERT_EQ(n.Directories.size(), 4u);
+    const QString reglages = n.GetMakerNoteFormatted(n.Directories[0]);
+    const QStringList parties = reglages.split(QStringLiteral("; "));
+    ASSERT_EQ(parties.size(), 11) << reglages.toStdString();
+    EXPECT_EQ(parties[0], "MacroMode=1 (Macro)");
+    EXPECT_EQ(parties[1], "SelfTimer=0 (Off)");
+    EXPECT_EQ(parties[2], "Quality=3 (Fine)");
+    EXPECT_EQ(parties[3], "CanonFlashMode=-1 (n/a)");
+    EXPECT_EQ(parties[4], "ContinuousDrive=1 (Continuous)");
+    // Element 6 has no name: FocusMode comes right after ContinuousDrive.
+    EXPECT_EQ(parties[5], "FocusMode=1 (AI Servo AF)");
+    EXPECT_TRUE(reglages.contains("RecordMode=7 (CR2+JPEG)"));
+    EXPECT_TRUE(reglages.contains("EasyMode=1 (Manual)"));
+    EXPECT_TRUE(reglages.endsWith("Contrast=-1 (Low)"));
+    EXPECT_FALSE(reglages.contains("=28"));  // the length is not an element of its own
+
+    const QString focale = n.GetMakerNoteFormatted(n.Directories[1]);
+    EXPECT_TRUE(focale.startsWith("FocalType=2 (Zoom); FocalLength=65000")) << focale.toStdString();
+
+    const QString prise = n.GetMakerNoteFormatted(n.Directories[2]);
+    EXPECT_TRUE(prise.contains("WhiteBalance=8 (Shade)")) << prise.toStdString();
+    EXPECT_TRUE(prise.contains("SlowShutter=-1 (n/a)"));
+    EXPECT_TRUE(prise.contains("SequenceNumber=4;"));
+    EXPECT_TRUE(prise.contains("AutoRotate=1 (Rotate 90 CW)"));
+    EXPECT_TRUE(prise.endsWith("NDFilter=-1 (n/a)"));
+    // A text tag keeps its plain value.
+    EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[3]), "IMG:EOS D");
+  }
+  // Another maker's tag 1 is not a Canon array.
+  EXPECT_FALSE(TableauCanon(0x0006));
+  EXPECT_EQ(NomElementCanon(0x00A0, 10), "PictureStyle");
+  EXPECT_EQ(SignificationElementCanon(0x00A0, 10, 0x85), "Faithful");
+}
+
+// exiftool, read with -n, must find the same raw numbers under the same
+// names as the element decoding: a shifted index would show at once.
+TEST(NoteFabricant, CanonTableauxCommeExiftool) {
+  if (QStandardPaths::findExecutable("exiftool").isEmpty())
+    GTEST_SKIP() << "exiftool manque (paquet libimage-exiftool-perl)";
+  const QString chemin = QDir::currentPath() + "/canon.jpg";
+  const QByteArray app1 =
+      App1(false, QByteArray("Canon\0", 6), [](uint32_t p) { return NoteCanon(false, p); });
+  {
+    QFile f(chemin);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(Inserer(JpegQt(), {app1}));
+  }
+  const QJsonObject vue = VueNote(chemin, "Canon");
+  CJPEG j;
+  const CMakerNote& n = Exif(j, app1).NoteFabricant();
+  int compares = 0;
+  for (int i : {0, 2})
+    for (const QString& p : n.GetMakerNoteFormatted(n.Directories[i]).split("; ")) {
+      const QString nom = p.section(u'=', 0, 0);
+      // Names whose raw value exiftool keeps under -n.
+      static const QStringList bruts = {"MacroMode",       "Quality",        "CanonFlashMode",
+                                        "ContinuousDrive", "FocusMode",      "RecordMode",
+                                        "CanonImageSize",  "EasyMode",       "WhiteBalance",
+                                        "SlowShutter",     "SequenceNumber", "AutoRotate"};
+      if (!bruts.contains(nom)) continue;
+      const QJsonValue v = vue.value("Canon:" + nom);
+      ASSERT_FALSE(v.isUndefined()) << nom.toStdString();
+      EXPECT_EQ(QString::number(v.toInt()), p.section(u'=', 1).section(u' ', 0, 0))
+          << nom.toStdString();
+      ++compares;
+    }
+  EXPECT_EQ(compares, 12);
+}
+
+// Kyocera counts each value's offset from the start of its own entry.
+QByteArray NoteKyocera(bool mm) {
+  const QByteArray texte("KYOCERA 1.0\0", 12);
+  const int entrees = 2;
+  const uint32_t valeur = 2 + 12 * entrees + 4;  // from the directory's count
+  return QByteArray("KYOCERA            \0\0\0", 22) + U16(mm, entrees) +
+         Entree(mm, 0x0E01, 3, 1, U16(mm, 7)) +
+         Entree(mm, 0x0E02, 2, 12, U32(mm, valeur - (2 + 12))) + U32(mm, 0) + texte;
+}
+
+TEST(NoteFabricant, KyoceraCompteDepuisChaqueEntree) {
+  for (bool mm : {false, true}) {
+    CJPEG j;
+    CExifJPEG& x =
+        Exif(j, App1(mm, QByteArray("KYOCERA\0", 8), [&](uint32_t) { return NoteKyocera(mm); }));
+    ASSERT_TRUE(x.NoteFabricant().Lu());
+    EXPECT_EQ(x.NoteFabricant().Offset, 22);
+    EXPECT_TRUE(x.NoteFabricant().EntreeRelative());
+    ASSERT_EQ(x.NoteFabricant().Directories.size(), 2u);
+    EXPECT_EQ(x.NoteFabricant().Directories[1].GetDataFormatted(), "KYOCERA 1.0");
+    // Moved by a longer IFD0, laid out again: the text is still found.
+    x.AddModifyTag(Repertoire::IFD0, 0x010E, FmtAscii, QByteArray(77, 'd') + '\0');
+    QByteArray sortie;
+    ASSERT_TRUE(j.Ecrire(sortie, nullptr));
+    CJPEG relu;
+    relu.LireOctets(sortie);
+    const CMakerNote& n = relu.EXIF()->NoteFabricant();
+    ASSERT_EQ(n.Directories.size(), 2u) << mm;
+    EXPECT_EQ(n.Directories[1].GetDataFormatted(), "KYOCERA 1.0");
+    EXPECT_EQ(n.Directories[0].GetDataVariant(), 7);
+    // Nothing in the block depends on its place: the same bytes as read.
+    EXPECT_EQ(relu.EXIF()->MakerNote(), NoteKyocera(mm));
+  }
+}
+
+TEST(NoteFabricant, KyoceraCommeExiftool) {
+  if (QStandardPaths::findExecutable("exiftool").isEmpty())
+    GTEST_SKIP() << "exiftool manque (paquet libimage-exiftool-perl)";
+  const QString chemin = QDir::currentPath() + "/kyocera.jpg";
+  {
+    QFile f(chemin);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(Inserer(JpegQt(), {App1(true, QByteArray("KYOCERA\0", 8),
+                                    [](uint32_t) { return NoteKyocera(true); })}));
+  }
+  QProcess p;
+  p.start("exiftool", {"-j", "-u", "-G1", "-MakerNotes:all", chemin});
+  ASSERT_TRUE(p.waitForFinished(60000));
+  const QJsonObject vue = QJsonDocument::fromJson(p.readAllStandardOutput()).array()[0].toObject();
+  CImage image;
+  ASSERT_TRUE(image.ReadImage(chemin));
+  const CMakerNote& n = image.JPEG()->EXIF()->NoteFabricant();
+  ASSERT_EQ(n.Directories.size(), 2u);
+  EXPECT_EQ(vue.value("MakerUnknown:Unknown_0x0e02").toString(),
+            n.Directories[1].GetDataFormatted());
+  // Rewritten with the note moved: exiftool still reads the text.
+  image.JPEG()->EXIF()->AddModifyTag(Repertoire::IFD0, 0x010E, FmtAscii,
+                                     QByteArray(151, 'd') + '\0');
+  ASSERT_TRUE(image.WriteImage(chemin));
+  QProcess q;
+  q.start("exiftool", {"-j", "-u", "-G1", "-MakerNotes:all", chemin});
+  ASSERT_TRUE(q.waitForFinished(60000));
+  const QJsonObject apres =
+      QJsonDocument::fromJson(q.readAllStandardOutput()).array()[0].toObject();
+  EXPECT_EQ(apres.value("MakerUnknown:Unknown_0x0e02").toString(), "KYOCERA 1.0");
+}
+
+}  // namespace
+}  // namespace tg::meta
+
+namespace tg::meta {
+namespace {
+
+TEST(NoteFabricant, TablesBienFormees) {
+  EXPECT_EQ(DefautsTablesFabricants().join("\n").toStdString(), "");
+  // Agfa and Epson share Olympus's tags; Sigma's letters have their meaning.
+  EXPECT_EQ(NomTagFabricant(9, 0x0201), "Quality");
+  EXPECT_EQ(NomTagFabricant(10, 0x020B), "EpsonImageWidth");
+  EXPECT_EQ(SignificationTexteFabricant(5, 0x0008, "A"), "Aperture-priority AE");
+  EXPECT_EQ(SignificationTexteFabricant(5, 0x0009, "8"), "Multi-segment");
+  EXPECT_EQ(NomTagFabricant(11, 0x0E00), "PrintIM");
+}
+
+TEST(NoteFabricant, SigmaEnLettres) {
+  CJPEG j;
+  CMakerNote& n = Exif(j, App1(false, QByteArray("SIGMA\0", 6),
+                               [](uint32_t p) {
+                                 return QByteArray("SIGMA\0\0\0", 8) +
+                                        Repertoire(false,
+                                                   {{0x0008, 2, 2, QByteArray("S\0", 2)},
+                                                    {0x0009, 2, 2, QByteArray("C\0", 2)}},
+                                                   p + 8);
+                               }))
+                      .NoteFabricant();
+  ASSERT_TRUE(n.Lu());
+  ASSERT_EQ(n.Directories.size(), 2u);
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[0]), "S (Shutter speed priority AE)");
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[1]), "C (Center-weighted average)");
+}
+
+}  // namespace
+}  // namespace tg::meta

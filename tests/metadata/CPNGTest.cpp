@@ -17,9 +17,13 @@
 #include "metadata/CPNG.h"
 #include "metadata/CommandesMeta.h"
 #include "metadata/Infos.h"
+#include "tests/metadata/Fabrique.h"
 
 namespace tg::meta {
 namespace {
+
+using test::ExtensionCommentaire;
+using test::Gif;
 
 // A PNG as Qt's encoder writes it, with its texts as Qt puts them.
 QByteArray PngQt(int w, int h, const QList<std::pair<QString, QString>>& textes = {}) {
@@ -273,24 +277,6 @@ TEST(PNG, PngcheckEtExiftoolLisentLesTextesEcrits) {
 }
 
 // ---------------------------------------------------------------- GIF
-
-// A 1 x 1 GIF89a; with `global`, a colour table of 2 entries; `blocs` goes
-// in front of the image.
-QByteArray Gif(bool global, const QByteArray& blocs = {}) {
-  QByteArray g("GIF89a\x01\x00\x01\x00", 10);
-  g.append(global ? char(0x80) : char(0x00));
-  g.append("\x00\x00", 2);
-  if (global) g.append(QByteArray("\x00\x00\x00\xFF\xFF\xFF", 6));
-  g.append(blocs);
-  g.append(QByteArray("\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00", 10));
-  g.append(QByteArray("\x02\x02\x44\x01\x00", 5));
-  g.append(char(0x3B));
-  return g;
-}
-
-QByteArray ExtensionCommentaire(const QByteArray& texte) {
-  return QByteArray("\x21\xFE", 2) + char(texte.size()) + texte + char(0);
-}
 
 TEST(GIF, EnTeteAvecEtSansTableGlobale) {
   for (bool global : {true, false}) {

@@ -64,4 +64,23 @@ inline QByteArray EnTete(bool mm) {
   return mm ? QByteArray("MM\0*", 4) + U32(true, 8) : QByteArray("II*\0", 4) + U32(false, 8);
 }
 
+// A 1 x 1 GIF89a; with `global`, a colour table of 2 entries; `blocs` goes
+// in front of the image.
+inline QByteArray Gif(bool global, const QByteArray& blocs = {}) {
+  QByteArray g("GIF89a\x01\x00\x01\x00", 10);
+  g.append(global ? char(0x80) : char(0x00));
+  g.append("\x00\x00", 2);
+  if (global) g.append(QByteArray("\x00\x00\x00\xFF\xFF\xFF", 6));
+  g.append(blocs);
+  g.append(QByteArray("\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00", 10));
+  g.append(QByteArray("\x02\x02\x44\x01\x00", 5));
+  g.append(char(0x3B));
+  return g;
+}
+
+// One comment extension of a single sub-block (up to 255 bytes).
+inline QByteArray ExtensionCommentaire(const QByteArray& texte) {
+  return QByteArray("\x21\xFE", 2) + char(texte.size()) + texte + char(0);
+}
+
 }  // namespace tg::meta::test

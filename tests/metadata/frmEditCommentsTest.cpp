@@ -1,12 +1,19 @@
 // The comment editor driven through its named controls and the scripted dialogues.
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <memory>
 
 #include "core/Session.h"
@@ -186,6 +193,188 @@ TEST_F(EditeurCommentaires, UnTIFFChoisiSeReecritSansCommentaire) {
   const meta::CExifDirEnt* bande = relue.TIFF()->EXIF().ifd(0)->Trouver(0x0111);
   ASSERT_NE(bande, nullptr);
   EXPECT_EQ(apres[int(bande->GetDataVariant())], '\x80');
+}
+
+// ------------------------------------------------------- PNG, GIF and BMP
+
+QString Ecrire(const QString& nom, const QByteArray& octets) {
+  const QString chemin = QDir::currentPath() + "/" + nom;
+  QFile f(chemin);
+  EXPECT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+  f.write(octets);
+  return chemin;
+}
+
+QByteArray ImageQt(const char* format, int w = 40, int h = 30) {
+  QImage image(w, h, QImage::Format_RGB32);
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) image.setPixel(x, y, qRgb(x * 6, y * 8, (x * y) % 256));
+  image.setDotsPerMeterX(3780);
+  image.setDotsPerMeterY(3780);
+  QByteArray octets;
+  QBuffer tampon(&octets);
+  tampon.open(QIODevice::WriteOnly);
+  image.save(&tampon, format);
+  return octets;
+}
+
+// Every chunk but the text and time ones, whole: what the editor must not touch.
+QByteArray ChunksImage(const QByteArray& png) {
+  meta::CPNG p;
+  p.LireOctets(png);
+  QByteArray r;
+  for (const meta::CChunk& c : p.Chunks)
+    if (c.ChunkType != "tEXt" && c.ChunkType != "zTXt" && c.ChunkType != "iTXt" &&
+        c.ChunkType != "tIME")
+      r += png.mid(c.lpData - 8, c.Length + 12);
+  return r;
+}
+
+// A PNG holding a block in tEXt "Comment" and a title in another tEXt.
+QByteArray PngAvecBloc() {
+  meta::CPNG p;
+  p.LireOctets(ImageQt("PNG"));
+  p.SetCommentaire("Application=Tessellographe 1.0\r\nTitre=Ancien\r\n");
+  meta::CtEXt titre;
+  titre.SetKeyword(0);
+  titre.Content = "Lame 4";
+  p.tEXt.push_back(titre);
+  QByteArray sortie;
+  EXPECT_TRUE(p.Ecrire(sortie, nullptr));
+  return sortie;
+}
+
+TEST_F(EditeurCommentaires, UnPNGMontreEtReecritSonCommentaire) {
+  frmEditComments* f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  const QByteArray avant = PngAvecBloc();
+  const QString png = Ecrire("bloc.png", avant);
+  dlg.chaines = {png};
+  C<QPushButton>(f, "cmdOpen")->click();
+  const QStringList lignes = Lignes(f);
+  ASSERT_GE(lignes.size(), 3) << lignes.join(" | ").toStdString();
+  EXPECT_TRUE(lignes[0].startsWith("Fichier PNG : 40x30 pixels, 8 bits"))
+      << lignes[0].toStdString();
+  EXPECT_TRUE(
+      lignes.contains(QString::fromUtf8("Résolution de l'image : 3780x3780 pixels par mètre")));
+  EXPECT_TRUE(lignes.contains("tEXt Title : Lame 4"));
+  auto* texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_FALSE(texte->isReadOnly());
+  EXPECT_EQ(texte->toPlainText(), "Application=Tessellographe 1.0\nTitre=Ancien\n");
+
+  // A character outside Windows-1252 is refused before anything is closed.
+  texte->setPlainText(QString::fromUtf8("Application=Tessellographe 1.0\nTitre=Ω\n"));
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>(f, "cmdSave")->click();
+  EXPECT_EQ(dlg.Dernier().texte, TexteCaractereRefuse(QChar(0x03A9)));
+  EXPECT_EQ(dlg.Dernier().genre, "Message");
+  EXPECT_EQ(Lire(png), avant);
+  EXPECT_EQ(s.Etape, 1);
+
+  texte->setPlainText(QString::fromUtf8("Application=Tessellographe 1.0\nTitre=Diatomée\n"));
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>(f, "cmdSave")->click();
+  EXPECT_EQ(dlg.Dernier().texte, "Modifications OK !");
+
+  const QByteArray apres = Lire(png);
+  EXPECT_EQ(ChunksImage(apres), ChunksImage(avant));
+  meta::CPNG relu;
+  relu.LireOctets(apres);
+  EXPECT_EQ(relu.Commentaire(),
+            QString::fromUtf8("Application=Tessellographe 1.0\r\nTitre=Diatomée\r\n"));
+  int commentaires = 0;
+  for (const meta::CtEXt& t : relu.tEXt) commentaires += t.MotCle == "Comment";
+  EXPECT_EQ(commentaires, 1);
+  EXPECT_EQ(relu.tEXt.size(), 2u);  // the title stays
+  EXPECT_EQ(texte->toPlainText(),
+            QString::fromUtf8("Application=Tessellographe 1.0\nTitre=Diatomée\n"));
+  if (!QStandardPaths::findExecutable("pngcheck").isEmpty()) {
+    QProcess check;
+    check.start("pngcheck", {png});
+    ASSERT_TRUE(check.waitForFinished(60000));
+    EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().toStdString();
+  }
+
+  // An emptied text takes the comment away and nothing else.
+  texte->clear();
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>(f, "cmdSave")->click();
+  meta::CPNG vide;
+  vide.LireOctets(Lire(png));
+  EXPECT_TRUE(vide.Commentaire().isEmpty());
+  ASSERT_EQ(vide.tEXt.size(), 1u);
+  EXPECT_EQ(vide.tEXt[0].Content, "Lame 4");
+  EXPECT_EQ(ChunksImage(Lire(png)), ChunksImage(avant));
+}
+
+TEST_F(EditeurCommentaires, UnGIFMontreEtReecritSonCommentaire) {
+  frmEditComments* f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  const QByteArray sans = meta::test::Gif(true);
+  const QString gif = Ecrire(
+      "bloc.gif", meta::test::Gif(true, meta::test::ExtensionCommentaire("Titre=Ancien\r\n")));
+  dlg.chaines = {gif};
+  C<QPushButton>(f, "cmdOpen")->click();
+  EXPECT_EQ(Lignes(f).value(0), "Fichier GIF 89a : 1x1 pixels");
+  EXPECT_EQ(Lignes(f).value(1), "Table de couleurs globale : 2 couleurs, fond 0");
+  auto* texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_EQ(texte->toPlainText(), "Titre=Ancien\n");
+
+  // Longer than one sub-block.
+  const QString nouveau = "Application=Tessellographe 1.0\nTitre=" + QString(300, u'x') + "\n";
+  texte->setPlainText(nouveau);
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>(f, "cmdSave")->click();
+  EXPECT_EQ(dlg.Dernier().texte, "Modifications OK !");
+  const QByteArray apres = Lire(gif);
+  meta::CGIF relu;
+  relu.LireOctets(apres);
+  EXPECT_EQ(relu.Comment, QString(nouveau).replace("\n", "\r\n"));
+  // The picture's bytes as they were, the new comment in front of the trailer.
+  EXPECT_TRUE(apres.startsWith(sans.left(sans.size() - 1)));
+  EXPECT_EQ(apres.back(), '\x3B');
+  EXPECT_EQ(texte->toPlainText(), nouveau);
+  if (!QStandardPaths::findExecutable("exiftool").isEmpty()) {
+    QProcess p;
+    p.start("exiftool", {"-j", "-Comment", gif});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    const QJsonObject vue =
+        QJsonDocument::fromJson(p.readAllStandardOutput()).array()[0].toObject();
+    EXPECT_EQ(vue["Comment"].toString(), QString(nouveau).replace("\n", "\r\n"));
+  }
+}
+
+TEST_F(EditeurCommentaires, UnBMPSeMontreEnLectureSeule) {
+  frmEditComments* f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  const QByteArray octets = ImageQt("BMP", 40, 30);
+  const QString bmp = Ecrire("image.bmp", octets);
+  dlg.chaines = {bmp};
+  C<QPushButton>(f, "cmdOpen")->click();
+  const QStringList lignes = Lignes(f);
+  ASSERT_EQ(lignes.size(), 16) << lignes.join(" | ").toStdString();
+  EXPECT_EQ(lignes[0], "bfType : 0x4D42");
+  EXPECT_EQ(lignes[1], QStringLiteral("bfSize : %1").arg(octets.size()));
+  EXPECT_EQ(lignes[6], "biWidth : 40");
+  EXPECT_EQ(lignes[7], "biHeight : 30");
+  EXPECT_EQ(lignes[12], "biXPelsPerMeter : 3780");
+  auto* texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_TRUE(texte->isReadOnly());
+  EXPECT_TRUE(texte->toPlainText().isEmpty());
+  EXPECT_EQ(texte->placeholderText(), TexteBMPSansCommentaire);
+  EXPECT_FALSE(C<QPushButton>(f, "cmdSave")->isEnabled());
+  // Asked anyway: nothing is written, the image in hand stays.
+  f->cmdSave_Click();
+  EXPECT_EQ(dlg.Dernier().texte, TexteBMPSansCommentaire);
+  EXPECT_EQ(Lire(bmp), octets);
+  EXPECT_EQ(s.Etape, 1);
+
+  // The next file is editable again.
+  dlg.chaines = {chemin};
+  C<QPushButton>(f, "cmdOpen")->click();
+  EXPECT_FALSE(texte->isReadOnly());
+  EXPECT_TRUE(C<QPushButton>(f, "cmdSave")->isEnabled());
+  EXPECT_EQ(Lignes(f).size(), 3);
 }
 
 }  // namespace
