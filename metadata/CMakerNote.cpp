@@ -71,6 +71,19 @@ Variante Reconnaitre(int fabricant, const QByteArray& o) {
       }
       break;
     case Olympus:
+      // "OLYMPUS\0", the directory's order and a version: 12 bytes of header,
+      // offsets counted from the note's own start. "OLYMP\0" and the others
+      // count from the file's TIFF header.
+      if (o.startsWith(QByteArray("OLYMPUS\0", 8)) &&
+          (o.mid(8, 2) == "II" || o.mid(8, 2) == "MM")) {
+        v.offset = 12;
+        v.ordreFixe = true;
+        v.ordre = o.mid(8, 2) == "MM" ? Ordre::Motorola : Ordre::Intel;
+        v.relatifAuBloc = true;
+      } else {
+        v.offset = 8;
+      }
+      break;
     case Sanyo:
     case Sigma:
     case Epson:
@@ -129,6 +142,7 @@ bool CMakerNote::ReadIFD(const LecteurOctets& bloc, int64_t position, const QByt
   *this = CMakerNote();
   Manufacture = fabricant;
   octets_ = octets;
+  position_ = position;
   const Variante v = Reconnaitre(Manufacture, octets);
   MakerNoteTagVersion = v.version;
   Offset = v.offset;
@@ -229,9 +243,99 @@ QString ElementsCanon(const CExifDirEnt& e) {
   return parties.join(QStringLiteral("; "));
 }
 
+// The elements of an integer value in decimal, separated by blanks; empty
+// for another format.
+QString NombresDecimaux(const CExifDirEnt& e) {
+  const QByteArray& d = e.GetData();
+  const int n = e.GetDataSize();
+  const bool signe =
+      e.DataFormat == FmtSByte || e.DataFormat == FmtSShort || e.DataFormat == FmtSLong;
+  switch (e.DataFormat) {
+    case FmtByte:
+    case FmtSByte:
+    case FmtUndefined:
+    case FmtShort:
+    case FmtSShort:
+    case FmtLong:
+    case FmtSLong:
+      break;
+    default:
+      return {};
+  }
+  QStringList parties;
+  for (int i = 0; n * (i + 1) <= d.size(); ++i) {
+    uint64_t u = 0;
+    for (int k = n - 1; k >= 0; --k) u = (u << 8) | uint8_t(d[n * i + k]);
+    int64_t v = int64_t(u);
+    if (signe && (u >> (8 * n - 1)) != 0) v -= int64_t(1) << (8 * n);
+    parties << QString::number(v);
+  }
+  return parties.join(u' ');
+}
+
+// The key of a value in the sub-directory's table: the lens and extender
+// codes of Equipment are bytes 0, 2, 3 (0, 2) in hexadecimal, a text is
+// looked up as it stands, numbers in decimal.
+QString CleOlympus(int32_t repertoire, const CExifDirEnt& e) {
+  const QByteArray& d = e.GetData();
+  if (repertoire == 0x2010 && (e.Tag == 0x0201 || e.Tag == 0x0301) && e.GetDataSize() == 1) {
+    if (e.Tag == 0x0201 && d.size() >= 4)
+      return QString::asprintf("%x %02x %02x", uint8_t(d[0]), uint8_t(d[2]), uint8_t(d[3]));
+    if (e.Tag == 0x0301 && d.size() >= 3)
+      return QString::asprintf("%x %02x", uint8_t(d[0]), uint8_t(d[2]));
+    return {};
+  }
+  if (e.DataFormat == FmtAscii) return e.GetDataFormatted().trimmed();
+  return NombresDecimaux(e);
+}
+
 }  // namespace
 
+QString CMakerNote::SousRepertoire(const CExifDirEnt& e) const {
+  // Read inside the note's own bytes: a directory or a value that leaves
+  // the note is not taken for one.
+  const LecteurOctets note(octets_);
+  const int64_t base = origine_ - position_;  // may be negative: before the note
+  int64_t debut = 0, fin = octets_.size();
+  if (e.DataFormat == FmtUndefined && e.getDataLength() > 4) {
+    // The directory is the value itself, as long as it is the note's bytes.
+    debut = base + int64_t(uint32_t(e.OffsetToValue));
+    fin = debut + e.getDataLength();
+    QByteArray ici;
+    if (!note.octetsAt(debut, e.getDataLength(), ici) || ici != e.GetData()) return {};
+  } else if (e.DataFormat == FmtLong && e.NumberOfComponent == 1 && e.getDataLength() == 4) {
+    debut = base + int64_t(uint32_t(e.GetDataVariant()));
+  } else if (e.DataFormat == 13 && e.NumberOfComponent == 1) {
+    debut = base + int64_t(uint32_t(e.OffsetToValue));  // the IFD format: a LONG by another name
+  } else {
+    return {};
+  }
+  uint16_t nombre = 0;
+  if (!note.u16At(ordre, debut, nombre) || nombre == 0 || nombre > kMaxEntrees) return {};
+  if (debut + 2 + 12 * int64_t(nombre) > fin) return {};
+  QStringList parties;
+  for (int i = 0; i < nombre; ++i) {
+    const int64_t p = debut + 2 + 12 * int64_t(i);
+    CExifDirEnt s;
+    // An unknown format or a value outside the note: not a directory after all.
+    if (!s.GetExifDirectoryInfos(note, p, ordre) || s.GetDataSize() == 0 ||
+        !s.GetExifDirectoryDataRel(note, p, ordre, base))
+      return {};
+    QString nom = NomSousTagOlympus(e.Tag, s.Tag);
+    if (nom.isEmpty()) nom = QString::asprintf("0x%04X", unsigned(s.Tag));
+    QString t = nom + u'=' + s.GetDataFormatted();
+    const QString sens = SignificationSousTagOlympus(e.Tag, s.Tag, CleOlympus(e.Tag, s));
+    if (!sens.isEmpty()) t += QStringLiteral(" (%1)").arg(sens);
+    parties << t;
+  }
+  return parties.join(QStringLiteral("; "));
+}
+
 QString CMakerNote::GetMakerNoteFormatted(const CExifDirEnt& e) const {
+  if (Manufacture == Olympus && lu_ && !SousRepertoireOlympus(e.Tag).isEmpty()) {
+    const QString entrees = SousRepertoire(e);
+    if (!entrees.isEmpty()) return entrees;
+  }
   if (Manufacture == Canon && TableauCanon(e.Tag) &&
       (e.DataFormat == FmtShort || e.DataFormat == FmtSShort)) {
     const QString elements = ElementsCanon(e);

@@ -53,6 +53,8 @@ class CMakerNote {
   // Name of a tag of the maker; empty when unknown.
   QString NomTag(int32_t tag) const;
   // The value as text, with its meaning after it when the tag has a table.
+  // Olympus's sub-directories and Canon's arrays come as "Name=value
+  // (meaning)" joined by "; ".
   QString GetMakerNoteFormatted(const CExifDirEnt& e) const;
 
   void AddModifyTag(int32_t tag, int16_t format, const QByteArray& data);
@@ -61,7 +63,11 @@ class CMakerNote {
  private:
   // The table of Manufacture, the Nikon one by version.
   int Table() const;
+  // The entries of an Olympus sub-directory; empty when the value cannot be
+  // read as a directory lying whole inside the note.
+  QString SousRepertoire(const CExifDirEnt& e) const;
   QByteArray octets_;
+  int64_t position_ = 0;  // of the note in the TIFF structure
   int64_t origine_ = 0;
   Ordre ordreEcrit_ = Ordre::Intel;  // the file's, or the one the header names
   bool relatifAuBloc_ = false;       // offsets counted from the block's own start
@@ -88,5 +94,15 @@ bool TableauCanon(int32_t tag);
 bool TableauCanonSigne(int32_t tag);
 QString NomElementCanon(int32_t tag, int index);
 QString SignificationElementCanon(int32_t tag, int index, int64_t valeur);
+
+// Olympus's sub-directories (Equipment 0x2010, CameraSettings 0x2020,
+// RawDevelopment 0x2030, RawDevelopment2 0x2031, ImageProcessing 0x2040,
+// FocusInfo 0x2050): a directory of their own, with its own tags. The name
+// of the sub-directory, empty for another tag.
+QString SousRepertoireOlympus(int32_t tag);
+QString NomSousTagOlympus(int32_t repertoire, int32_t tag);
+// The meaning of a value written as its numbers in decimal separated by
+// blanks, as its text, or as the lens code ("0 01 00"); empty when unknown.
+QString SignificationSousTagOlympus(int32_t repertoire, int32_t tag, const QString& valeur);
 
 }  // namespace tg::meta

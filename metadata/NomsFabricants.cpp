@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "metadata/CMakerNote.h"
+#include "metadata/NomsOlympus.h"
 
 namespace tg::meta {
 
@@ -118,7 +119,7 @@ const char* const kOlympus = R"(
 2010 Equipment
 2020 CameraSettings
 2030 RawDevelopment
-2031 RawDev2
+2031 RawDevelopment2
 2040 ImageProcessing
 2050 FocusInfo
 2100 Olympus2100
@@ -1293,6 +1294,28 @@ const TableauCanonDef* TrouverTableauCanon(int32_t tag) {
   return nullptr;
 }
 
+const Table* TableOlympus(int32_t repertoire) {
+  static const std::vector<Table> tables = [] {
+    std::vector<Table> t;
+    for (const TexteSousRepertoire& s : kSousRepertoiresOlympus) t.push_back(Lire(s.texte));
+    return t;
+  }();
+  for (size_t i = 0; i < std::size(kSousRepertoiresOlympus); ++i)
+    if (kSousRepertoiresOlympus[i].tag == repertoire) return &tables[i];
+  return nullptr;
+}
+
+// "1", "-1 -2 1": one number or several separated by single blanks.
+bool Nombres(const QString& cle) {
+  const QStringList parties = cle.split(u' ');
+  for (const QString& p : parties) {
+    bool ok = false;
+    p.toLongLong(&ok);
+    if (!ok || p.startsWith(u'+')) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 QStringList DefautsTablesFabricants() {
@@ -1327,8 +1350,12 @@ QStringList DefautsTablesFabricants() {
       {"Pentax2", kPentax2, false},
       {"Ricoh", kRicoh, false},
   };
+  std::vector<Texte> tous(std::begin(textes), std::end(textes));
+  // Equipment names its camera and lens codes as the makers write them.
+  for (const TexteSousRepertoire& s : kSousRepertoiresOlympus)
+    tous.push_back({s.nom, s.texte, s.tag == 0x2010});
   QStringList defauts;
-  for (const Texte& t : textes) {
+  for (const Texte& t : tous) {
     QSet<int> vus;
     for (const QString& ligne : QString::fromUtf8(t.texte).split(u'\n', Qt::SkipEmptyParts)) {
       const QString ou = QStringLiteral("%1 : %2").arg(QLatin1String(t.nom), ligne.left(40));
@@ -1347,8 +1374,7 @@ QStringList DefautsTablesFabricants() {
       QSet<QString> valeurs;
       for (const QString& paire : ligne.mid(barre + 1).split(u';')) {
         const int egal = paire.indexOf(u'=');
-        bool nombre = false;
-        paire.left(egal).toLongLong(&nombre);
+        const bool nombre = egal > 0 && Nombres(paire.left(egal));
         if (egal <= 0 || egal == paire.size() - 1 || (!nombre && !t.lettres))
           defauts << ou + QStringLiteral(" (« %1 »)").arg(paire);
         else if (valeurs.contains(paire.left(egal)))
@@ -1386,6 +1412,26 @@ QString SignificationElementCanon(int32_t tag, int index, int64_t valeur) {
   if (d == nullptr) return {};
   const auto it = d->table.find(index);
   return it == d->table.end() ? QString() : it->sens.value(valeur);
+}
+
+QString SousRepertoireOlympus(int32_t tag) {
+  for (const TexteSousRepertoire& s : kSousRepertoiresOlympus)
+    if (s.tag == tag) return QString::fromLatin1(s.nom);
+  return {};
+}
+
+QString NomSousTagOlympus(int32_t repertoire, int32_t tag) {
+  const Table* t = TableOlympus(repertoire);
+  if (t == nullptr) return {};
+  const auto it = t->find(tag);
+  return it == t->end() ? QString() : it->nom;
+}
+
+QString SignificationSousTagOlympus(int32_t repertoire, int32_t tag, const QString& valeur) {
+  const Table* t = TableOlympus(repertoire);
+  if (t == nullptr) return {};
+  const auto it = t->find(tag);
+  return it == t->end() ? QString() : it->sensTexte.value(valeur);
 }
 
 QString NomTagFabricant(int table, int32_t tag) {

@@ -142,6 +142,20 @@ int main(int argc, char** argv) {
                     "\x01\0\x01\0\x03\0\x04\0\0\0\x1A\0\0\0\0\0\0\0"
                     "\x08\0\x01\0\xFF\xFF\x03\0",
                     28));
+  // Olympus: a sub-directory pointed at from the note's start ("OLYMPUS\0II"),
+  // and one held as an UNDEFINED block counted from the TIFF header ("OLYMP\0").
+  Ecrire(racine + "/makernote", "olympus.bin",
+         QByteArray("\x01\x00"
+                    "OLYMPUS\0II\x03\0"
+                    "\x01\0\x10\x20\x0D\0\x01\0\0\0\x1E\0\0\0\0\0\0\0"
+                    "\x01\0\0\x10\x03\0\x01\0\0\0\x02\0\0\0\0\0\0\0",
+                    50));
+  Ecrire(racine + "/makernote", "olymp.bin",
+         QByteArray("\x01\x00"
+                    "OLYMP\0\x01\0"
+                    "\x01\0\x20\x20\x07\0\x12\0\0\0\x22\0\0\0\0\0\0\0"
+                    "\x01\0\0\x02\x03\0\x01\0\0\0\x03\0\0\0\0\0\0\0",
+                    46));
   Ecrire(racine + "/commentaire", "pair.bin", QByteArray(1, '\0') + Segment(0xFE, "abcd"));
   return 0;
 }

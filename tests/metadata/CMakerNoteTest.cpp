@@ -558,3 +558,207 @@ TEST(NoteFabricant, SigmaEnLettres) {
 
 }  // namespace
 }  // namespace tg::meta
+
+namespace tg::meta {
+namespace {
+
+using namespace test;
+
+// The two sub-directories of the Olympus tests, `debut` being the offset of
+// their count as the note counts it.
+QByteArray Equipement(bool mm, uint32_t debut) {
+  return Repertoire(mm,
+                    {{0x0000, 7, 4, QByteArray("0100")},
+                     {0x0100, 2, 6, QByteArray("D4040\0", 6)},
+                     {0x0201, 1, 6, QByteArray("\x00\x00\x01\x00\x00\x00", 6)},
+                     {0x1000, 3, 1, U16(mm, 2)}},
+                    debut);
+}
+QByteArray Reglages(bool mm, uint32_t debut) {
+  return Repertoire(mm,
+                    {{0x0200, 3, 1, U16(mm, 3)},
+                     {0x0202, 3, 1, U16(mm, 5)},
+                     {0x0507, 3, 1, U16(mm, 1)},
+                     {0x050F, 8, 3, U16(mm, 0xFFFF) + U16(mm, 0xFFFF) + U16(mm, 1)},
+                     {0x0530, 3, 1, U16(mm, 7)}},
+                    debut);
+}
+
+// "OLYMP\0": offsets from the file's TIFF header (`p`, the note's offset
+// there), the sub-directories as UNDEFINED blocks.
+QByteArray NoteOlympAncienne(bool mm, uint32_t p) {
+  const uint32_t equipement = p + 8 + 2 + 12 * 3 + 4;
+  const QByteArray e = Equipement(mm, equipement);
+  const QByteArray r = Reglages(mm, equipement + e.size() + e.size() % 2);
+  return QByteArray("OLYMP\0", 6) + U16(mm, 1) +
+         Repertoire(mm,
+                    {{0x0201, 3, 1, U16(mm, 2)},
+                     {0x2010, 7, uint32_t(e.size()), e},
+                     {0x2020, 7, uint32_t(r.size()), r}},
+                    p + 8);
+}
+
+// "OLYMPUS\0II" or "MM": offsets from the note's start, the order its own,
+// the sub-directories pointed at (the IFD format for one, LONG for the other).
+QByteArray NoteOlympusII(bool mm) {
+  const uint32_t equipement = 12 + 2 + 12 * 3 + 4;
+  const QByteArray e = Equipement(mm, equipement);
+  const uint32_t reglages = equipement + e.size();
+  return QByteArray("OLYMPUS\0", 8) + (mm ? QByteArray("MM") : QByteArray("II")) + U16(mm, 3) +
+         Repertoire(mm,
+                    {{0x0201, 3, 1, U16(mm, 2)},
+                     {0x2010, 13, 1, U32(mm, equipement)},
+                     {0x2020, 4, 1, U32(mm, reglages)}},
+                    12) +
+         e + Reglages(mm, reglages);
+}
+
+const QByteArray kOlympus("OLYMPUS IMAGING CORP.\0", 22);
+
+void VerifierOlympus(const CMakerNote& n, const char* cas) {
+  ASSERT_TRUE(n.Lu()) << cas;
+  ASSERT_EQ(n.Directories.size(), 3u) << cas;
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[0]), "2 (HQ)") << cas;
+  EXPECT_EQ(n.NomTag(0x2010), "Equipment");
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[1]).toStdString(),
+            "EquipmentVersion=0x30313030; CameraType2=D4040 (E-1); "
+            "LensType=0x000001000000 (Olympus Zuiko Digital ED 50mm F2.0 Macro); "
+            "FlashType=2 (Simple E-System)")
+      << cas;
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[2]).toStdString(),
+            "ExposureMode=3 (Aperture-priority AE); MeteringMode=5 (ESP); "
+            "ColorSpace=1 (Adobe RGB); Gradation=-1 -1 1 (Low Key); 0x0530=7")
+      << cas;
+}
+
+TEST(NoteOlympus, SousRepertoiresNommesDansLesDeuxOrdres) {
+  for (bool mm : {false, true}) {
+    CJPEG j;
+    const CMakerNote& n =
+        Exif(j, App1(mm, kOlympus, [&](uint32_t p) { return NoteOlympAncienne(mm, p); }))
+            .NoteFabricant();
+    EXPECT_EQ(n.Offset, 8);
+    VerifierOlympus(n, mm ? "OLYMP MM" : "OLYMP II");
+  }
+  // The note's own order wins over the file's, and its offsets count from
+  // its start: moved by a rewrite, it still reads the same, bytes unchanged.
+  for (bool mm : {false, true}) {
+    CJPEG j;
+    CExifJPEG& x = Exif(j, App1(!mm, kOlympus, [&](uint32_t) { return NoteOlympusII(mm); }));
+    EXPECT_EQ(x.NoteFabricant().Offset, 12);
+    EXPECT_EQ(x.NoteFabricant().ordre, mm ? Ordre::Motorola : Ordre::Intel);
+    VerifierOlympus(x.NoteFabricant(), mm ? "OLYMPUS MM" : "OLYMPUS II");
+    x.AddModifyTag(Repertoire::IFD0, 0x010E, FmtAscii, QByteArray(77, 'd') + '\0');
+    QByteArray sortie;
+    ASSERT_TRUE(j.Ecrire(sortie, nullptr));
+    CJPEG relu;
+    relu.LireOctets(sortie);
+    EXPECT_EQ(relu.EXIF()->MakerNote(), NoteOlympusII(mm));
+    VerifierOlympus(relu.EXIF()->NoteFabricant(), "OLYMPUS relu");
+  }
+  EXPECT_EQ(SousRepertoireOlympus(0x2031), "RawDevelopment2");
+  EXPECT_TRUE(SousRepertoireOlympus(0x2100).isEmpty());
+  EXPECT_EQ(NomSousTagOlympus(0x2050, 0x0209), "AutoFocus");
+  EXPECT_EQ(SignificationSousTagOlympus(0x2040, 0x1112, "2 2"), "3:2");
+  EXPECT_EQ(SignificationSousTagOlympus(0x2030, 0x0109, "1"), "High Function");
+}
+
+// Sub-directories that cannot be read stay as their plain value.
+TEST(NoteOlympus, SousRepertoireIllisibleResteBrut) {
+  const QByteArray compteAbsurde = U16(false, 0xFFFF) + QByteArray(20, '\x03');
+  const QByteArray entreesTropLongues = U16(false, 3) + Entree(false, 0x1000, 3, 1, U16(false, 2));
+  // The CameraType2 text placed far past the note's end.
+  const QByteArray valeurDehors =
+      U16(false, 1) + Entree(false, 0x0100, 2, 6, U32(false, 0x00FFFF00)) + U32(false, 0);
+  const QByteArray formatInconnu =
+      U16(false, 1) + Entree(false, 0x1000, 99, 1, U16(false, 2)) + U32(false, 0);
+  CJPEG j;
+  const CMakerNote& n =
+      Exif(j, App1(false, kOlympus,
+                   [&](uint32_t) {
+                     return QByteArray("OLYMPUS\0II\x03\0", 12) +
+                            Repertoire(false,
+                                       {// the note's own directory: read once, no
+                                        // more, and its IFD entries are no values
+                                        {0x2010, 13, 1, U32(false, 12)},
+                                        {0x2020, 4, 1, U32(false, 0x7FFFFFF0)},
+                                        {0x2030, 7, uint32_t(compteAbsurde.size()), compteAbsurde},
+                                        {0x2031, 7, uint32_t(entreesTropLongues.size()),
+                                         entreesTropLongues},
+                                        {0x2040, 7, uint32_t(valeurDehors.size()), valeurDehors},
+                                        {0x2050, 7, uint32_t(formatInconnu.size()), formatInconnu}},
+                                       12);
+                   }))
+          .NoteFabricant();
+  ASSERT_TRUE(n.Lu());
+  ASSERT_EQ(n.Directories.size(), 6u);
+  for (size_t i = 0; i < n.Directories.size(); ++i)
+    EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[i]), n.Directories[i].GetDataFormatted()) << i;
+  EXPECT_EQ(n.GetMakerNoteFormatted(n.Directories[1]), "2147483632");
+  // Another maker's tag 0x2010 is not a sub-directory.
+  CJPEG s;
+  const CMakerNote& sanyo =
+      Exif(s, App1(false, QByteArray("SANYO\0", 6),
+                   [](uint32_t p) {
+                     const QByteArray e = Equipement(false, p + 8 + 2 + 12 + 4);
+                     return QByteArray("SANYO\0\x01\0", 8) +
+                            Repertoire(false, {{0x2010, 7, uint32_t(e.size()), e}}, p + 8);
+                   }))
+          .NoteFabricant();
+  ASSERT_EQ(sanyo.Directories.size(), 1u);
+  EXPECT_EQ(sanyo.GetMakerNoteFormatted(sanyo.Directories[0]),
+            sanyo.Directories[0].GetDataFormatted());
+}
+
+// exiftool reads the same numbers and meanings in the same sub-directories.
+TEST(NoteOlympus, CommeExiftool) {
+  if (QStandardPaths::findExecutable("exiftool").isEmpty())
+    GTEST_SKIP() << "exiftool manque (paquet libimage-exiftool-perl)";
+  struct Cas {
+    const char* nom;
+    QByteArray app1;
+  };
+  const Cas cas[] = {
+      {"OLYMP MM", App1(true, kOlympus, [](uint32_t p) { return NoteOlympAncienne(true, p); })},
+      {"OLYMPUS II", App1(true, kOlympus, [](uint32_t) { return NoteOlympusII(false); })},
+  };
+  for (const Cas& c : cas) {
+    const QString chemin = QDir::currentPath() + "/olympus.jpg";
+    {
+      QFile f(chemin);
+      ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+      f.write(Inserer(JpegQt(), {c.app1}));
+    }
+    const QJsonObject nombres = VueNote(chemin, "Olympus");
+    QProcess p;
+    p.start("exiftool", {"-j", "-G1", "-Olympus:all", chemin});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    const QJsonObject textes =
+        QJsonDocument::fromJson(p.readAllStandardOutput()).array()[0].toObject();
+    CJPEG j;
+    const CMakerNote& n = Exif(j, c.app1).NoteFabricant();
+    ASSERT_EQ(n.Directories.size(), 3u) << c.nom;
+    int compares = 0;
+    for (int i : {1, 2})
+      for (const QString& partie : n.GetMakerNoteFormatted(n.Directories[i]).split("; ")) {
+        const QString nom = partie.section(u'=', 0, 0);
+        static const QStringList comparees = {"CameraType2",  "FlashType",  "ExposureMode",
+                                              "MeteringMode", "ColorSpace", "LensType"};
+        if (!comparees.contains(nom)) continue;
+        const QString valeur = partie.section(u'=', 1).section(" (", 0, 0);
+        const QString sens = partie.section(" (", 1).chopped(1);
+        const QJsonValue brut = nombres.value("Olympus:" + nom);
+        ASSERT_FALSE(brut.isUndefined()) << c.nom << " " << nom.toStdString();
+        if (nom != "LensType") {  // exiftool gives the lens by its code, not its bytes
+          EXPECT_EQ(brut.toVariant().toString(), valeur) << c.nom << " " << nom.toStdString();
+        }
+        EXPECT_EQ(textes.value("Olympus:" + nom).toVariant().toString(), sens)
+            << c.nom << " " << nom.toStdString();
+        ++compares;
+      }
+    EXPECT_EQ(compares, 6) << c.nom;
+  }
+}
+
+}  // namespace
+}  // namespace tg::meta
