@@ -141,10 +141,12 @@ int Formater(const QStringList& arguments) {
   SessionRecord s;
   RecupereValeurIni(s);
   s.SeparateurDecimal = SeparateurDecimalSysteme();
+  // The format is the configured one unless told; the tool never writes it
+  // back, so that the windows keep the user's choice.
   PrendreFormatConfig(s);
   if (format >= 0) {
     s.ChoixFormat = int16_t(format);
-    AppliquerFormatSortie(s);
+    DefinirFormat(s, format);
   }
   if (!forme.isEmpty()) s.CartoucheHB = forme == u"sous" ? QStringLiteral("1") : QStringLiteral("0");
   if (poidsMax >= 0) s.PoidsMax = int16_t(poidsMax);
@@ -159,7 +161,7 @@ int Formater(const QStringList& arguments) {
   const DecisionControle d = DeciderControleImage(s);
   if (d.formatReinitialise) Ligne(TexteFormatReinitialise(), stderr);
   if (d.format) s.ChoixFormat = int16_t(*d.format);
-  if (d.formatSortie && !AppliquerFormatSortie(s))
+  if (d.formatSortie && !DefinirFormat(s, s.ChoixFormat))
     return Refus(TexteErreurFormat(QStringLiteral("G_FormatSortie")));
   if (!RedimensionnerSession(s, ai, filtre))
     return Refus("Error - " + ai.Error_GetLast());

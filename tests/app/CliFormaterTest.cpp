@@ -10,6 +10,8 @@
 #include <QStandardPaths>
 
 #include "imaging/cAdvancedImagery.h"
+#include "platform/Ini.h"
+#include "platform/Systeme.h"
 #include "tests/support/Processus.h"
 
 namespace tg {
@@ -89,6 +91,7 @@ TEST_F(CliFormater, TableAppliqueeDonneLEchelleAttendueEtUnFichierSain) {
 }
 
 TEST_F(CliFormater, EchelleSaisieALaMainEtFormes) {
+  ASSERT_TRUE(EcrireIni("FormatImage", "ApnLarg", "800", RepApplication() + "UserConfig.ini"));
   // Typed by hand, at 640: the bar of 100 microns is 100 / M pixels.
   test::Sortie r = Formater({"--pix", "400", "--mic", "100", "--objectif", "40", "--longueur",
                              "100", "--format", "0"});
@@ -97,6 +100,9 @@ TEST_F(CliFormater, EchelleSaisieALaMainEtFormes) {
   const QJsonObject e = Echelle(cible);
   EXPECT_EQ(e["EchellePix"].toDouble(), std::round(100.0 / m * 1000) / 1000);
   EXPECT_EQ(Taille(cible), QSize(640, 540));
+
+  // The format asked for is not written back to the configuration.
+  EXPECT_EQ(LireIni("FormatImage", "ApnLarg", RepApplication() + "UserConfig.ini", "?"), "800");
 
   // On the picture: the 2-line cartouche takes no rows; no scale at all.
   r = Formater({"--cartouche", "sur", "--format", "0", "--date", "31/02/2008"});
