@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets of the metadata parsers with clang and libFuzzer in
+# Builds the fuzz targets of the metadata parsers and of the comment block
+# reader with clang and libFuzzer in
 # build-fuzz/, writes their seeds, and runs each target for SECONDES seconds.
 # Usage: scripts/fuzz.sh [SECONDES]   (60 by default)
 # Needs clang 14 and its libFuzzer runtime (Debian libclang-rt-14-dev).
@@ -20,7 +21,7 @@ fi
 cmake -S "$racine" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_CXX_COMPILER="$cxx" -DTG_FUZZ=ON -DTG_TESTS=OFF -DTG_BENCH=OFF -DTG_SANITIZE=OFF >/dev/null
 cibles=(jpeg exif tiff commentaire png gif iptc makernote)
-cmake --build "$build" -j2 --target fuzz_graines "${cibles[@]/#/fuzz_}"
+cmake --build "$build" -j2 --target fuzz_graines fuzz_bloc "${cibles[@]/#/fuzz_}"
 
 corpus="$build/corpus"
 "$build/metadata/fuzz/fuzz_graines" "$corpus"
@@ -32,4 +33,10 @@ for cible in "${cibles[@]}"; do
     -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$build/artefacts/$cible-" \
     "$corpus/$cible-trouves" "$corpus/$cible"
 done
+echo "== fuzz_bloc : $secondes s"
+mkdir -p "$corpus/bloc" "$corpus/bloc-trouves"
+cp "$racine/cartouche/fuzz/graine_bloc.bin" "$corpus/bloc/"
+"$build/cartouche/fuzz/fuzz_bloc" -max_total_time="$secondes" -max_len=70000 \
+  -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$build/artefacts/bloc-" \
+  "$corpus/bloc-trouves" "$corpus/bloc"
 echo "Fuzz : aucune erreur en $secondes s par cible."
