@@ -1,42 +1,17 @@
 // The comment block reader on any comment a file may carry: the readers run
-// on the text as a comment and as the EXIF text, on both decimal signs, and
-// the block written back from what was read must read back the same values.
+// on the text as a comment and as the EXIF text, on both decimal signs; a
+// title read must come from the text itself.
 #include <cstdint>
 #include <cstdlib>
 
 #include "cartouche/modExtractMeta.h"
 #include "core/SessionRecord.h"
-#include "platform/Dialogues.h"
-
-namespace {
-
-// Every message answered in silence: a refused block says so in a box.
-class Muet : public tg::IDialogues {
- public:
-  void Message(const QString&, const QString&, tg::Icone) override {}
-  tg::Reponse Question(const QString&, const QString&, tg::Boutons, tg::Reponse defaut,
-                       tg::Icone) override {
-    return defaut;
-  }
-  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
-  QString FichierEnregistrer(const QString&, const QString&, const QString&,
-                             const QString&) override {
-    return {};
-  }
-  QString Dossier(const QString&, const QString&) override { return {}; }
-  int Couleur(int) override { return -1; }
-  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
-  void MsgBoxEx(const tg::Bulle&, int&) override {}
-};
-
-}  // namespace
+#include "platform/DialoguesSansFenetre.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Muet muet;
-  tg::InstallerDialogues(&muet);
+  // A refused block says so in a box: answered in silence.
+  static tg::DialoguesSansFenetre muet;
+  muet.messages.clear();
   if (size < 1) return 0;
   // The first byte picks the decimal sign; the rest is the comment, as the
   // imaging layer hands it over (one byte a character).

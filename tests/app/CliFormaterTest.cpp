@@ -12,10 +12,13 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Ini.h"
 #include "platform/Systeme.h"
+#include "tests/app/Outils.h"
 #include "tests/support/Processus.h"
 
 namespace tg {
 namespace {
+
+using test::Commentaire;
 
 QString Texte(const QByteArray& b) { return QString::fromUtf8(b); }
 
@@ -41,14 +44,6 @@ class CliFormater : public testing::Test {
     const test::Sortie r = test::Executer(test::Cli(), {"echelle", fichier, "--json"});
     EXPECT_EQ(r.code, 0) << r.erreur.toStdString();
     return QJsonDocument::fromJson(r.sortie).object();
-  }
-  QString Commentaire(const QString& fichier) {
-    cAdvancedImagery ai;
-    Bitmap b;
-    QString c;
-    EXPECT_TRUE(ai.IO_LoadImage(fichier, b));
-    EXPECT_TRUE(ai.Metadata_Get_Comments(b, c));
-    return c;
   }
   QSize Taille(const QString& fichier) {
     cAdvancedImagery ai;

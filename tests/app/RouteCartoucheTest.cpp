@@ -21,26 +21,15 @@
 #include "platform/Dialogues.h"
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
+#include "tests/app/Outils.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
 namespace tg {
 namespace {
 
-QWidget* Fenetre(const char* nom) {
-  for (QWidget* f : QApplication::topLevelWidgets())
-    if (f->objectName() == QLatin1String(nom) && f->isVisible()) return f;
-  return nullptr;
-}
-
-QString Commentaire(const QString& fichier) {
-  cAdvancedImagery ai;
-  Bitmap b;
-  QString c;
-  EXPECT_TRUE(ai.IO_LoadImage(fichier, b));
-  EXPECT_TRUE(ai.Metadata_Get_Comments(b, c));
-  return c;
-}
+using test::Commentaire;
+using test::Fenetre;
 
 TEST(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
   const QString photo = QDir::current().filePath("photo.jpg");

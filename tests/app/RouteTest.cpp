@@ -17,16 +17,13 @@
 #include "core/frmFichierPhoto.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Systeme.h"
+#include "tests/app/Outils.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
 namespace {
 
-QWidget* Fenetre(const char* nom) {
-  for (QWidget* f : QApplication::topLevelWidgets())
-    if (f->objectName() == QLatin1String(nom) && f->isVisible()) return f;
-  return nullptr;
-}
+using test::Fenetre;
 
 QStringList Actives(const frmFichierPhoto& w, const char* barre) {
   QStringList r;
