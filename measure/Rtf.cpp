@@ -4,6 +4,12 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextFragment>
+#include <QBuffer>
+#include <QImage>
+#include <QUrl>
 
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Fichiers.h"
@@ -107,6 +113,82 @@ bool EnregistrerRtf(const QString& chemin, const QList<LigneRapport>& lignes,
   QSaveFile f(chemin);
   if (!f.open(QIODevice::WriteOnly)) return false;
   f.write(EcrireRtf(lignes, vignette));
+  return f.commit();
+}
+
+namespace {
+
+// The JPEG of a picture pasted in the preview, at its shown size.
+Vignette VignetteImage(const QImage& image, int largeur, int hauteur) {
+  Vignette v;
+  QBuffer b(&v.jpeg);
+  if (image.isNull() || !b.open(QIODevice::WriteOnly) || !image.save(&b, "JPEG", 90)) return {};
+  v.largeur = largeur > 0 ? largeur : image.width();
+  v.hauteur = hauteur > 0 ? hauteur : image.height();
+  return v;
+}
+
+}  // namespace
+
+QByteArray EcrireRtf(const QTextDocument& doc, const Vignette& vignette) {
+  // Colours in the order met; colour 1 is black, the default.
+  QList<QColor> couleurs{Qt::black};
+  const auto indexCouleur = [&couleurs](const QColor& c) {
+    const QColor rgb = c.toRgb();
+    for (qsizetype i = 0; i < couleurs.size(); ++i)
+      if (couleurs[i].rgb() == rgb.rgb()) return i + 1;
+    couleurs << rgb;
+    return couleurs.size();
+  };
+  const int tailleDefaut = 8;  // points
+  QByteArray corps;
+  for (QTextBlock bloc = doc.begin(); bloc.isValid(); bloc = bloc.next()) {
+    for (auto it = bloc.begin(); !it.atEnd(); ++it) {
+      const QTextFragment f = it.fragment();
+      if (!f.isValid()) continue;
+      const QTextCharFormat cf = f.charFormat();
+      if (cf.isImageFormat()) {
+        const QTextImageFormat img = cf.toImageFormat();
+        if (img.name() == u"vignette" && !vignette.jpeg.isEmpty()) {
+          corps += Image(vignette);
+        } else {
+          const QVariant res = doc.resource(QTextDocument::ImageResource, QUrl(img.name()));
+          const Vignette v = VignetteImage(res.value<QImage>(), int(img.width()), int(img.height()));
+          if (!v.jpeg.isEmpty()) corps += Image(v);
+        }
+        continue;
+      }
+      const QColor couleur =
+          cf.foreground().style() == Qt::NoBrush ? QColor(Qt::black) : cf.foreground().color();
+      const int taille = cf.fontPointSize() > 0 ? int(VersEntier(cf.fontPointSize() * 2)) : 2 * tailleDefaut;
+      corps += "{\\cf" + QByteArray::number(indexCouleur(couleur)) + "\\fs" +
+               QByteArray::number(taille) + (cf.fontWeight() >= QFont::DemiBold ? "\\b" : "\\b0") +
+               (cf.fontItalic() ? "\\i" : "") + (cf.fontUnderline() ? "\\ul" : "") + " ";
+      // A line break inside a paragraph (Shift + Enter) stays a line break.
+      const QStringList lignes = f.text().split(QChar::LineSeparator);
+      for (qsizetype i = 0; i < lignes.size(); ++i) {
+        if (i > 0) corps += "\\line ";
+        corps += Echapper(lignes[i]);
+      }
+      corps += "}";
+    }
+    corps += "\\par\r\n";
+  }
+  QByteArray r =
+      "{\\rtf1\\ansi\\ansicpg1252\\deff0\r\n"
+      "{\\fonttbl{\\f0\\fswiss\\fcharset0 Arial;}}\r\n"
+      "{\\colortbl ;";
+  for (const QColor& c : couleurs)
+    r += "\\red" + QByteArray::number(c.red()) + "\\green" + QByteArray::number(c.green()) +
+         "\\blue" + QByteArray::number(c.blue()) + ";";
+  r += "}\r\n\\pard\\plain\\f0\\fs" + QByteArray::number(2 * tailleDefaut) + "\r\n";
+  return r + corps + "}\r\n";
+}
+
+bool EnregistrerRtf(const QString& chemin, const QTextDocument& doc, const Vignette& vignette) {
+  QSaveFile f(chemin);
+  if (!f.open(QIODevice::WriteOnly)) return false;
+  f.write(EcrireRtf(doc, vignette));
   return f.commit();
 }
 

@@ -8,6 +8,8 @@
 
 #include "measure/Carnet.h"
 
+class QTextDocument;
+
 namespace tg {
 
 class Bitmap;
@@ -29,5 +31,12 @@ QByteArray EcrireRtf(const QList<LigneRapport>& lignes, const Vignette& vignette
 // Writes it; false when the file cannot be written.
 bool EnregistrerRtf(const QString& chemin, const QList<LigneRapport>& lignes,
                     const Vignette& vignette);
+
+// The report as the user left it in the preview: each paragraph of `doc`
+// with its bold, italic, underline, colour and size; the image named
+// "vignette" as the thumbnail's own JPEG bytes, any other image of the
+// document as a JPEG of its picture.
+QByteArray EcrireRtf(const QTextDocument& doc, const Vignette& vignette);
+bool EnregistrerRtf(const QString& chemin, const QTextDocument& doc, const Vignette& vignette);
 
 }  // namespace tg

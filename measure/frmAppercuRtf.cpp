@@ -116,7 +116,7 @@ void frmAppercuRtf::cmdSauverRtf() {
   const QString chemin = Dialogues().FichierEnregistrer(TitreEnregistrementCarnet(true), dossier_,
                                                         nomFichier_, FiltreEnregistrementCarnet(true));
   // Cancelled or not written: nothing more is said.
-  if (!chemin.isEmpty()) EnregistrerRtf(chemin, lignes_, vignette_);
+  if (!chemin.isEmpty()) EnregistrerRtf(chemin, *RichTextBox1_->document(), vignette_);
 }
 
 void frmAppercuRtf::cmdImprimer() {

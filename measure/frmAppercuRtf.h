@@ -1,7 +1,7 @@
 #pragma once
 // frmAppercuRtf: the report's preview. RichTextBox1 shows the report as
-// formatted text with its thumbnail and may be edited before printing;
-// cmdSauverRtf writes the report itself (the edits are for the paper only).
+// formatted text with its thumbnail and may be edited; cmdSauverRtf and
+// cmdImprimer take the text as the user left it.
 #include <QList>
 #include <QPointer>
 #include <QWidget>

@@ -7,10 +7,13 @@
 #include <QImage>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTextCursor>
+#include <QTextDocument>
 
 #include "imaging/cAdvancedImagery.h"
 #include "measure/Carnet.h"
 #include "measure/Rtf.h"
+#include "measure/frmAppercuRtf.h"
 
 namespace tg {
 namespace {
@@ -86,6 +89,57 @@ TEST(Rtf, DocumentAvecLaVignetteEnJpegEtLeTexteEchappe) {
 
   // Without a thumbnail the document holds no picture.
   EXPECT_FALSE(EcrireRtf(lignes, Vignette()).contains("\\pict"));
+}
+
+// The preview's document, edited by the user: its text, styles, line breaks
+// and the thumbnail's own bytes go to the file.
+TEST(Rtf, LeDocumentRetoucheGardeTexteStylesEtVignette) {
+  SessionRecord s;
+  s.TitreImage = "Carnet";
+  s.Largeur = 800;
+  const QList<LigneRapport> lignes = LignesRapport(s, {"Mesure 1 = 2 µm : a\r\n", "", ApplicationRapport()});
+  const Vignette v = VignetteDe(300, 200, 150);
+  QTextDocument doc;
+  RemplirDocumentRapport(doc, lignes, v);
+  QTextCursor c(&doc);
+  c.movePosition(QTextCursor::End);
+  c.insertBlock();
+  QTextCharFormat rouge;
+  rouge.setFontWeight(QFont::Bold);
+  rouge.setForeground(QColor(200, 0, 0));
+  c.insertText(QStringLiteral("Remarque : paroi épaisse {x}"), rouge);
+  c.insertText(QString(QChar::LineSeparator) + QStringLiteral("suite"), QTextCharFormat());
+
+  const QByteArray rtf = EcrireRtf(doc, v);
+  bool ok = false;
+  EXPECT_EQ(ProfondeurAccolades(rtf, ok), 0);
+  EXPECT_TRUE(ok);
+  for (char ch : rtf) ASSERT_LT(static_cast<unsigned char>(ch), 0x80);
+  EXPECT_EQ(ImageDuRtf(rtf), v.jpeg);
+  EXPECT_LT(rtf.indexOf("Carnet"), rtf.indexOf("\\pict"));
+  EXPECT_LT(rtf.indexOf("\\pict"), rtf.indexOf("Infos photo"));
+  // The red of the remark is in the colour table and used by its text.
+  const qsizetype table = rtf.indexOf("{\\colortbl ;");
+  const QList<QByteArray> couleurs = rtf.mid(table, rtf.indexOf('}', table) - table).split(';');
+  const qsizetype rouge200 = couleurs.indexOf("\\red200\\green0\\blue0");
+  ASSERT_GT(rouge200, 0);
+  EXPECT_TRUE(rtf.contains("{\\cf" + QByteArray::number(rouge200) + "\\fs16\\b Remarque : paroi \\'e9paisse \\{x\\}}"));
+  EXPECT_TRUE(rtf.contains("\\line suite}"));
+
+  // LibreOffice, where installed, reads the remark back as it was typed.
+  const QString soffice = QStandardPaths::findExecutable("soffice");
+  if (soffice.isEmpty()) GTEST_SKIP() << "LibreOffice absent";
+  ASSERT_TRUE(EnregistrerRtf("retouche.rtf", doc, v));
+  QProcess p;
+  p.start(soffice, {"--headless", "--convert-to", "txt:Text (encoded):UTF8", "--outdir",
+                    QDir::currentPath(), "retouche.rtf"});
+  ASSERT_TRUE(p.waitForFinished(120000));
+  QFile texte("retouche.txt");
+  ASSERT_TRUE(texte.open(QIODevice::ReadOnly));
+  const QString lu = QString::fromUtf8(texte.readAll());
+  EXPECT_TRUE(lu.contains(QStringLiteral("Remarque : paroi épaisse {x}"))) << lu.toStdString();
+  EXPECT_TRUE(lu.contains(QStringLiteral("Mesure 1 = 2 µm : a")));
+  EXPECT_LT(lu.indexOf("Carnet"), lu.indexOf("Infos photo"));
 }
 
 // Where LibreOffice is installed, it reads the document back: same lines as

@@ -30,13 +30,6 @@ const QString kOk = QStringLiteral(
     "OK, cette configuration à été ajoutée !\n"
     "Cliquez sur Voir/Editer ou Sortir");
 
-void Tables(const std::vector<EnrMesure>& tables) {
-  FichierMesure f;
-  ASSERT_TRUE(f.Ouvrir());
-  int nbEnreg = f.LireEntete();
-  for (const EnrMesure& e : tables) ASSERT_TRUE(AjouterTable(f, nbEnreg, e));
-}
-
 EnrMesure Table(int numero) {
   FichierMesure f;
   EnrMesure e;

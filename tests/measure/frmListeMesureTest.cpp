@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTextCursor>
 #include <QTextEdit>
 
 #include "imaging/cAdvancedImagery.h"
@@ -211,9 +212,17 @@ TEST_F(Notebook, ApercuAvecVignetteEtSauvegardeRtf) {
   const QVariant image = texte->document()->resource(QTextDocument::ImageResource, QUrl("vignette"));
   EXPECT_EQ(image.value<QImage>().width(), 200);
 
+  // A line typed in the preview is saved with the report.
+  QTextCursor curseur(texte->document());
+  curseur.movePosition(QTextCursor::End);
+  curseur.insertBlock();
+  curseur.insertText(QStringLiteral("Retouche à la main"));
   dlg.chaines = {QStringLiteral("apercu.rtf")};
   apercu->findChild<QPushButton*>("cmdSauverRtf")->click();
-  EXPECT_TRUE(Lire("apercu.rtf").contains("\\jpegblip"));
+  const QByteArray sauve = Lire("apercu.rtf");
+  EXPECT_TRUE(sauve.contains("\\jpegblip"));
+  EXPECT_TRUE(sauve.contains("Retouche \\'e0 la main"));
+  EXPECT_LT(sauve.indexOf("Coupe de tige (Zea)"), sauve.indexOf("Retouche"));
 
   // The print menu asks first; cancelled, no new preview.
   apercu->close();
