@@ -20,6 +20,12 @@ namespace tg {
 
 QPointer<frmAppercuRtf> frmAppercuRtf::instance_;
 
+QPrinter& ImprimanteCarnet() {
+  // Never destroyed: a printer must not outlive the application's teardown.
+  static QPrinter* imprimante = new QPrinter;
+  return *imprimante;
+}
+
 void RemplirDocumentRapport(QTextDocument& doc, const QList<LigneRapport>& lignes,
                             const Vignette& vignette) {
   doc.clear();
@@ -120,10 +126,9 @@ void frmAppercuRtf::cmdSauverRtf() {
 }
 
 void frmAppercuRtf::cmdImprimer() {
-  QPrinter imprimante;
-  QPrintDialog d(&imprimante, this);
+  QPrintDialog d(&ImprimanteCarnet(), this);
   if (d.exec() != QDialog::Accepted) return;
-  RichTextBox1_->document()->print(&imprimante);
+  RichTextBox1_->document()->print(&ImprimanteCarnet());
 }
 
 }  // namespace tg

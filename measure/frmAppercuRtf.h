@@ -9,6 +9,7 @@
 #include "measure/Carnet.h"
 #include "measure/Rtf.h"
 
+class QPrinter;
 class QTextDocument;
 class QTextEdit;
 
@@ -18,6 +19,10 @@ namespace tg {
 // bold, Arial 8, the thumbnail as an image resource named "vignette".
 void RemplirDocumentRapport(QTextDocument& doc, const QList<LigneRapport>& lignes,
                             const Vignette& vignette);
+
+// The notebook's printer settings for the session: the page setup of
+// frmListeMesure is what cmdImprimer prints with.
+QPrinter& ImprimanteCarnet();
 
 class frmAppercuRtf : public QWidget {
   Q_OBJECT

@@ -42,8 +42,7 @@ frmListeMesure::frmListeMesure(SessionRecord& session, cAdvancedImagery& ai, QWi
   QAction* mise = fichier->addAction(QStringLiteral("Mise en page ..."));
   mise->setObjectName(QStringLiteral("mnuFilePageSetup"));
   connect(mise, &QAction::triggered, this, [this] {
-    QPrinter imprimante;
-    QPageSetupDialog(&imprimante, this).exec();
+    QPageSetupDialog(&ImprimanteCarnet(), this).exec();
   });
   QAction* imprimer = fichier->addAction(QStringLiteral("Imprimer ..."));
   imprimer->setObjectName(QStringLiteral("mnuFilePrint"));
