@@ -232,6 +232,8 @@ void mnuRedimAuto(frmFichierPhoto& w) {
   if (s.MethodeRedim == u"0") {
     // The time shows when the window is gone, as after the silent way.
     auto* f = new frmChooseRessampl(w);
+    // The main road waits for the choice: the main window takes no input meanwhile.
+    f->setWindowModality(Qt::WindowModal);
     QObject::connect(f, &QObject::destroyed, &w, montrerTemps);
     w.FenetreOuverte(f);
     f->show();

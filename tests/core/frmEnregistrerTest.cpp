@@ -268,6 +268,7 @@ TEST_F(AvecFenetre, RessamplEssaieReinitialiseEtConserve) {
   w->findChild<QAction*>("RedimAuto")->trigger();
   QWidget* f = Fenetre("frmChooseRessampl");
   ASSERT_NE(f, nullptr);
+  EXPECT_EQ(f->windowModality(), Qt::WindowModal);  // the road waits for the choice
   EXPECT_TRUE(C<QRadioButton>(f, "optFiltre3")->isChecked());
   EXPECT_EQ(C<QRadioButton>(f, "optFiltre2")->text(), " 2: B-Spline (plus lisse)");
   C<QRadioButton>(f, "optFiltre1")->setChecked(true);
