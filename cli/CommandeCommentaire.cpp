@@ -1,5 +1,5 @@
 // commentaire lire FICHIER | commentaire ecrire FICHIER --depuis TEXTE: the
-// comment of a JPEG file, rewritten as the comment editor does.
+// comment of a JPEG, PNG or GIF file, rewritten as the comment editor does.
 #include <QTextStream>
 #include <cstdio>
 

@@ -14,6 +14,7 @@
 #include "cli/Console.h"
 #include "metadata/CExifJPEG.h"
 #include "metadata/CJPEG.h"
+#include "metadata/Octets.h"
 
 namespace tg::cli {
 namespace {
@@ -117,8 +118,17 @@ void Dessiner(QImage& image, const Echantillon& e) {
   }
 }
 
-QByteArray U16(uint16_t v) { return QByteArray(1, char(v & 0xFF)) + char(v >> 8); }
-QByteArray U32(uint32_t v) { return U16(uint16_t(v & 0xFFFF)) + U16(uint16_t(v >> 16)); }
+// Tag values as the EXIF writer holds them: little-endian.
+QByteArray U16(uint16_t v) {
+  meta::EcrivainOctets e;
+  e.u16le(v);
+  return e.donnees();
+}
+QByteArray U32(uint32_t v) {
+  meta::EcrivainOctets e;
+  e.u32le(v);
+  return e.donnees();
+}
 QByteArray Ascii(const QString& t) { return t.toLatin1() + '\0'; }
 QByteArray Rationnel(uint32_t n, uint32_t d) { return U32(n) + U32(d); }
 

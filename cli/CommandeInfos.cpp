@@ -11,7 +11,7 @@ namespace {
 const Enregistrement enregistrement(
     "infos",
     "infos FICHIER [--json]   (type, segments JPEG avec leur position à partir de 1, JFIF, "
-    "EXIF, commentaire)",
+    "EXIF et note du fabricant, IPTC, blocs PNG, GIF, BMP, commentaire)",
     [](const QStringList& arguments) {
       QTextStream sortie(stdout);
       QTextStream erreurs(stderr);
