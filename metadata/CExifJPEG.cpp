@@ -71,8 +71,27 @@ bool CExifJPEG::ReadExif(const QByteArray& donnees) {
   }
   LireSousRepertoires(bloc, alignType, ifd_[0], sub_, gps_, interop_);
   LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
+  ifdLu_[0] = ifd_[0];
+  ifdLu_[1] = ifd_[1];
+  subLu_ = sub_;
+  gpsLu_ = gps_;
+  interopLu_ = interop_;
+  vignetteLue_ = ThumbnailData;
   return true;
 }
+
+EditionTIFF CExifJPEG::Edition() const {
+  EditionTIFF e;
+  e.chaine = {{&ifd_[0], &ifdLu_[0]}, {&ifd_[1], &ifdLu_[1]}};
+  e.exif = {&sub_, &subLu_};
+  e.gps = {&gps_, &gpsLu_};
+  e.interop = {&interop_, &interopLu_};
+  e.vignette = &ThumbnailData;
+  e.vignetteLue = &vignetteLue_;
+  return e;
+}
+
+bool CExifJPEG::Modifie() const { return lu_ ? StructureModifiee(Edition()) : !ifd_[0].Vide(); }
 
 QByteArray CExifJPEG::MakerNote() const {
   const CExifDirEnt* e = sub_.Trouver(TagMakerNote);
@@ -100,6 +119,29 @@ void CExifJPEG::RemoveTag(Repertoire r, int32_t tag) {
 bool CExifJPEG::WriteEXIF(QByteArray& segment, QString* erreur) {
   segment.clear();
   if (Marker == 0) Marker = 0xE1FF;
+  if (lu_) {
+    // Offsets count from the byte order mark, 6 bytes into the block.
+    const QByteArray structure =
+        EditerEnPlace(lpData.mid(6), Edition(), alignType);
+    const int64_t longueur = 2 + 6 + structure.size();
+    if (longueur > 0xFFFF) {
+      if (erreur)
+        *erreur = QStringLiteral(
+                      "Le bloc EXIF modifié (%1 octets) dépasse les 65533 octets d'un segment "
+                      "JPEG : rien n'est écrit.")
+                      .arg(longueur - 2);
+      return false;
+    }
+    segment.reserve(4 + 6 + structure.size());
+    segment.append(char(Marker & 0xFF));
+    segment.append(char(Marker >> 8));
+    segment.append(char(longueur >> 8));
+    segment.append(char(longueur & 0xFF));
+    segment.append(lpData.left(6));
+    segment.append(structure);
+    ExifDataAreaSize = structure.size();
+    return true;
+  }
   StructureTIFF s;
   s.chaine = {&ifd_[0], &ifd_[1]};
   s.exif = &sub_;

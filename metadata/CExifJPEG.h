@@ -8,6 +8,7 @@
 #include "metadata/CExif.h"
 #include "metadata/CMakerNote.h"
 #include "metadata/CMarker.h"
+#include "metadata/EditionTIFF.h"
 
 namespace tg::meta {
 
@@ -44,9 +45,15 @@ class CExifJPEG : public CExif {
   // is not a directory.
   CMakerNote& NoteFabricant() { return note_; }
 
-  // The whole APP1 segment, marker and length included, rebuilt from the
-  // directories; empty when IFD0 has no entries. False with a French message
-  // when the block exceeds the 65533 bytes of a segment.
+  // True when a directory or the thumbnail differs from what was read.
+  bool Modifie() const;
+
+  // The whole APP1 segment, marker and length included. A block read from a
+  // file is edited in place: the segment read when nothing changed, else its
+  // bytes kept at their offsets with the changed directories after them.
+  // A block made from nothing is laid out whole; empty when IFD0 has no
+  // entries. False with a French message when the segment would exceed the
+  // 65533 bytes a JPEG segment holds; nothing is written then.
   bool WriteEXIF(QByteArray& segment, QString* erreur = nullptr);
 
  private:
@@ -55,6 +62,11 @@ class CExifJPEG : public CExif {
   CIFD gps_, sub_, interop_;
   CMakerNote note_;
   bool lu_ = false;
+  // The directories and thumbnail as read, to tell what an edit changed.
+  CIFD ifdLu_[2];
+  CIFD gpsLu_, subLu_, interopLu_;
+  QByteArray vignetteLue_;
+  EditionTIFF Edition() const;
 };
 
 // Offset held by a pointer tag (LONG or IFD format, one element); 0 otherwise.

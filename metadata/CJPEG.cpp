@@ -1,5 +1,7 @@
 #include "metadata/CJPEG.h"
 
+#include <algorithm>
+
 #include "metadata/Octets.h"
 
 namespace tg::meta {
@@ -145,6 +147,9 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
     }
   }
   iptc_.ReadIPTCJPEG(source_, parcours_.segments);
+  iptcLu_.clear();
+  iptc_.Donnees(iptcLu_, nullptr);
+  commentaireLu_ = commentaire_.Texte();
   if (!exif_) {
     exif_ = std::make_unique<CExifJPEG>();
     exif_->SetFile(path);
@@ -156,14 +161,62 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
       exif_->OtherMarkers.push_back(m);
 }
 
-bool CJPEG::Remplace(const CMarker& m) const {
-  if (m.Marker == kCOM) return true;
-  if (m.Marker == kAPP13) {
-    const auto& lus = iptc_.SegmentsLus();
-    return std::find(lus.begin(), lus.end(), m.lpData) != lus.end();
+bool CJPEG::EstExifLu(const CMarker& m) const {
+  return m.Marker == kAPP1 && !segmentsExif_.empty() && m.lpData == segmentsExif_.back();
+}
+
+bool CJPEG::EstIptcLu(const CMarker& m) const {
+  if (m.Marker != kAPP13) return false;
+  const auto& lus = iptc_.SegmentsLus();
+  return std::find(lus.begin(), lus.end(), m.lpData) != lus.end();
+}
+
+namespace {
+const QByteArray kMPF("MPF\0", 4);
+
+bool EstMPF(const char* segment, int64_t longueur) {
+  return longueur >= 8 && uint8_t(segment[1]) == 0xE2 && QByteArray::fromRawData(segment + 4, 4) == kMPF;
+}
+}  // namespace
+
+bool DecalerMPF(QByteArray& segment, int64_t decalage) {
+  if (!EstMPF(segment.constData(), segment.size())) return false;
+  // Offsets count from the MP header's byte order mark, 8 bytes in.
+  const QByteArray entete = segment.mid(8);
+  const LecteurOctets l(entete);
+  uint16_t marque = 0, n = 0;
+  uint32_t premier = 0;
+  if (!l.u16At(Ordre::Intel, 0, marque)) return false;
+  if (marque != uint16_t(Ordre::Intel) && marque != uint16_t(Ordre::Motorola)) return false;
+  const Ordre o = Ordre(marque);
+  if (!l.u32At(o, 4, premier) || !l.u16At(o, premier, n)) return false;
+  // The MP Index IFD's tag 0xB002 (MPEntry): 16 bytes a picture, the data
+  // offset at byte 8; 0 stands for the first picture, this very file.
+  for (int i = 0; i < n; ++i) {
+    const int64_t entree = int64_t(premier) + 2 + 12 * int64_t(i);
+    uint16_t tag = 0;
+    uint32_t compte = 0, valeur = 0;
+    if (!l.u16At(o, entree, tag) || !l.u32At(o, entree + 4, compte) || !l.u32At(o, entree + 8, valeur))
+      return false;
+    if (tag != 0xB002) continue;
+    if (compte % 16 != 0 || compte <= 4 || int64_t(valeur) + compte > l.taille()) return false;
+    EcrivainOctets e;
+    e.octets(segment);
+    for (uint32_t k = 0; k < compte / 16; ++k) {
+      const int64_t champ = int64_t(valeur) + 16 * k + 8;
+      uint32_t offset = 0;
+      l.u32At(o, champ, offset);
+      // The first picture's size is left as the camera wrote it, as other
+      // editors do: readers take that picture from the start of the file.
+      if (offset == 0) continue;
+      const int64_t nouveau = int64_t(offset) + decalage;
+      if (nouveau <= 0 || nouveau > int64_t(UINT32_MAX)) return false;
+      e.u32At(o, 8 + champ, uint32_t(nouveau));
+    }
+    segment = e.donnees();
+    return true;
   }
-  if (m.Marker != kAPP1) return false;
-  return std::find(segmentsExif_.begin(), segmentsExif_.end(), m.lpData) != segmentsExif_.end();
+  return false;
 }
 
 bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
@@ -176,30 +229,80 @@ bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
                     .arg(chemin_);
     return false;
   }
-  EcrivainOctets e;
-  e.u8(0xFF);
-  e.u8(0xD8);
+  // What changed is built first: a refusal leaves nothing half done.
+  const bool exifChange = exif_->Modifie();
   QByteArray exif;
-  if (!exif_->WriteEXIF(exif, erreur)) return false;
-  e.octets(exif);
-  if (!iptc_.WriteIPTCDataJPEG(e, erreur)) return false;
-  if (!commentaire_.WriteComment(e, erreur)) return false;
-  const LecteurOctets source(source_);
-  for (const CMarker& m : parcours_.segments) {
-    if (Remplace(m)) continue;
-    QByteArray segment;
-    source.octetsAt(m.lpData - 1, m.Length, segment);  // the walk checked the bounds
-    e.octets(segment);
+  if (exifChange && !exif_->WriteEXIF(exif, erreur)) return false;
+  QByteArray datasets;
+  if (!iptc_.Donnees(datasets, erreur)) return false;
+  const bool iptcChange = datasets != iptcLu_;
+  QByteArray iptc;
+  if (iptcChange) {
+    EcrivainOctets e;
+    if (!iptc_.WriteIPTCDataJPEG(e, erreur)) return false;
+    iptc = e.donnees();
   }
-  QByteArray scan;
-  source.octetsAt(parcours_.positionScan - 1, parcours_.longueurScan, scan);
-  e.octets(scan);
-  // The scan as read already holds the source's end marker.
-  if (!scan.endsWith(QByteArray("\xFF\xD9", 2))) {
-    e.u8(0xFF);
-    e.u8(0xD9);
+  const bool commentaireChange = commentaire_.Texte() != commentaireLu_;
+  QByteArray commentaire;
+  if (commentaireChange) {
+    EcrivainOctets e;
+    if (!commentaire_.WriteComment(e, erreur)) return false;
+    commentaire = e.donnees();
   }
-  sortie = e.donnees();
+
+  const std::vector<CMarker>& segments = parcours_.segments;
+  const bool exifEnPlace = exifChange && !segmentsExif_.empty();
+  const bool iptcEnPlace = iptcChange && !iptc_.SegmentsLus().empty();
+  bool commentaireEnPlace = false;
+  for (const CMarker& m : segments) commentaireEnPlace |= commentaireChange && m.Marker == kCOM;
+  // What has no place of its own goes after the leading APP0 segments (JFIF
+  // stays first) and the EXIF segment.
+  size_t insertion = 0;
+  while (insertion < segments.size() && segments[insertion].Marker == kAPP0) ++insertion;
+  if (insertion < segments.size() && EstExifLu(segments[insertion])) ++insertion;
+
+  const char* source = source_.constData();
+  sortie.reserve(source_.size() + exif.size() + iptc.size() + commentaire.size());
+  sortie.append(source, 2);
+  struct MPF {
+    int64_t sortie, source, longueur;
+  };
+  std::vector<MPF> mpf;
+  bool iptcEcrit = false, commentaireEcrit = false;
+  for (size_t i = 0; i <= segments.size(); ++i) {
+    if (i == insertion) {
+      if (exifChange && !exifEnPlace) sortie.append(exif);
+      if (iptcChange && !iptcEnPlace) sortie.append(iptc);
+      if (commentaireChange && !commentaireEnPlace) sortie.append(commentaire);
+    }
+    if (i == segments.size()) break;
+    const CMarker& m = segments[i];
+    const int64_t debut = m.lpData - 1;
+    if (exifEnPlace && EstExifLu(m)) {
+      sortie.append(exif);
+    } else if (iptcEnPlace && EstIptcLu(m)) {
+      if (!iptcEcrit) sortie.append(iptc);  // the first one read takes the whole block
+      iptcEcrit = true;
+    } else if (commentaireEnPlace && m.Marker == kCOM) {
+      if (!commentaireEcrit) sortie.append(commentaire);
+      commentaireEcrit = true;
+    } else {
+      if (EstMPF(source + debut, m.Length)) mpf.push_back({sortie.size(), debut, m.Length});
+      sortie.append(source + debut, m.Length);  // the walk checked the bounds
+    }
+  }
+  // The scan data and everything after it (other pictures, trailers) as they stand.
+  const int64_t scan = sortie.size();
+  sortie.append(source + parcours_.positionScan - 1, parcours_.longueurScan);
+
+  // A multi-picture segment points past the scan: what moved between the two
+  // moves its offsets.
+  for (const MPF& m : mpf) {
+    const int64_t decalage = (scan - (parcours_.positionScan - 1)) - (m.sortie - m.source);
+    if (decalage == 0) continue;
+    QByteArray segment = sortie.mid(m.sortie, m.longueur);
+    if (DecalerMPF(segment, decalage)) sortie.replace(m.sortie, m.longueur, segment);
+  }
   return true;
 }
 

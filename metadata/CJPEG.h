@@ -76,9 +76,13 @@ class CJPEG : public CFormatImage {
   bool ReadJPEG(const QString& path, QString* erreur = nullptr);
   // The same from bytes in memory.
   void LireOctets(const QByteArray& fichier, const QString& path = {});
-  // Writes a new file `path` (replaced only once complete): SOI, the EXIF,
-  // IPTC and comment segments, the source's other segments in their order,
-  // the scan data, FF D9.
+  // Writes `path` (replaced only once complete). Only what changed is
+  // rewritten: every other segment is copied byte for byte and in its order,
+  // then the scan data and everything after it as they stand. A changed
+  // EXIF block, IPTC block or comment takes the place of the old one; a new
+  // one goes after the leading APP0 segments and the EXIF segment. The
+  // offsets of a multi-picture (MPF) segment follow when bytes are inserted
+  // or removed between it and the pictures it points to.
   bool WriteJPEG(const QString& path, QString* erreur = nullptr);
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
 
@@ -99,8 +103,8 @@ class CJPEG : public CFormatImage {
   QString Chemin() const { return chemin_; }
 
  private:
-  // True for the segments that the writer rebuilds itself.
-  bool Remplace(const CMarker& m) const;
+  bool EstExifLu(const CMarker& m) const;
+  bool EstIptcLu(const CMarker& m) const;
 
   QString chemin_;
   QByteArray source_;
@@ -110,6 +114,14 @@ class CJPEG : public CFormatImage {
   CIPTC iptc_;
   CJFIF jfif_;
   CJPEGComment commentaire_;
+  QString commentaireLu_;  // the text as read, to tell whether it changed
+  QByteArray iptcLu_;      // the datasets as read, as bytes
 };
+
+// Offsets of the multi-picture index of an APP2 "MPF" segment (whole
+// segment, marker included) moved by `decalage` bytes: the pictures it points
+// to now stand that much further from it. False, segment untouched, when it
+// is not an MPF segment that reads whole.
+bool DecalerMPF(QByteArray& segment, int64_t decalage);
 
 }  // namespace tg::meta

@@ -12,7 +12,9 @@ constexpr int kMaxRepertoires = 256;
 
 bool CExifTIFF::ReadExif(const QByteArray& donnees) {
   ifds_.clear();
+  ifdsLus_.clear();
   gps_ = sub_ = interop_ = CIFD();
+  gpsLu_ = subLu_ = interopLu_ = CIFD();
   note_ = CMakerNote();
   lpData.clear();
   const LecteurOctets bloc(donnees);
@@ -35,8 +37,24 @@ bool CExifTIFF::ReadExif(const QByteArray& donnees) {
     LireSousRepertoires(bloc, alignType, ifds_[0], sub_, gps_, interop_);
     LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
   }
+  ifdsLus_ = ifds_;
+  subLu_ = sub_;
+  gpsLu_ = gps_;
+  interopLu_ = interop_;
   return true;
 }
+
+EditionTIFF CExifTIFF::Edition() const {
+  EditionTIFF e;
+  for (size_t i = 0; i < ifds_.size(); ++i)
+    e.chaine.push_back({&ifds_[i], i < ifdsLus_.size() ? &ifdsLus_[i] : nullptr});
+  e.exif = {&sub_, &subLu_};
+  e.gps = {&gps_, &gpsLu_};
+  e.interop = {&interop_, &interopLu_};
+  return e;
+}
+
+bool CExifTIFF::Modifie() const { return StructureModifiee(Edition()); }
 
 CIFD* CExifTIFF::ifd(int n) {
   if (n < 0) return nullptr;
@@ -69,36 +87,18 @@ void CExifTIFF::RemoveTag(Repertoire r, int32_t tag) {
 
 bool CExifTIFF::WriteEXIF(QByteArray& sortie, QString* erreur) {
   sortie.clear();
-  if (lpData.size() < 8) {
-    if (erreur) *erreur = QStringLiteral("Le fichier %1 n'est pas un TIFF lisible.").arg(fichier_);
-    return false;
-  }
-  StructureTIFF s;
-  for (CIFD& r : ifds_) s.chaine.push_back(&r);
-  s.exif = &sub_;
-  s.gps = &gps_;
-  s.interop = &interop_;
-  s.noteFabricant = AjusteurNote(sub_, note_);
-  const int64_t depart = lpData.size() + lpData.size() % 2;
-  uint32_t premier = 0;
-  const QByteArray repertoires = EcrireRepertoires(s, alignType, depart, premier);
-  if (repertoires.isEmpty()) {
+  if (lpData.size() < 8 || ifds_.empty() || ifds_[0].Vide()) {
     if (erreur)
-      *erreur =
-          QStringLiteral("Le fichier %1 n'a aucun répertoire d'image : il ne peut être réécrit.")
-              .arg(fichier_);
+      *erreur = QStringLiteral("Le fichier %1 n'a aucun répertoire d'image lisible : il n'est pas réécrit.")
+                    .arg(fichier_);
     return false;
   }
-  if (depart + repertoires.size() > int64_t(UINT32_MAX)) {
+  const QByteArray edite = EditerEnPlace(lpData, Edition(), alignType);
+  if (edite.size() > int64_t(UINT32_MAX)) {
     if (erreur) *erreur = QStringLiteral("Le fichier %1 dépasserait 4 Go.").arg(fichier_);
     return false;
   }
-  EcrivainOctets e;
-  e.octets(lpData);
-  e.aligner2();
-  e.octets(repertoires);
-  e.u32At(alignType, 4, premier);
-  sortie = e.donnees();
+  sortie = edite;
   return true;
 }
 
@@ -114,13 +114,16 @@ void CTIFF::LireOctets(const QByteArray& fichier, const QString& path) {
   exif_.OriginalFile = path;
   exif_.ReadExif(fichier);
   iptc_.ReadIPTCTIFF(exif_);
-  iptcLu_ = !iptc_.Tags.empty();
+  iptcLu_.clear();
+  iptc_.Donnees(iptcLu_, nullptr);
 }
 
 bool CTIFF::Ecrire(QByteArray& sortie, QString* erreur) {
-  // Tag 33723 is rebuilt only from datasets read or added: a value that did
-  // not read as datasets is carried as it stands.
-  if ((iptcLu_ || !iptc_.Tags.empty()) && !iptc_.WriteIPTCTIFF(exif_, erreur)) return false;
+  // Tag 33723 is rebuilt only when its datasets changed: a value that did
+  // not read as datasets, or reads the same, is carried as it stands.
+  QByteArray iptc;
+  if (!iptc_.Donnees(iptc, erreur)) return false;
+  if (iptc != iptcLu_ && !iptc_.WriteIPTCTIFF(exif_, erreur)) return false;
   return exif_.WriteEXIF(sortie, erreur);
 }
 

@@ -8,6 +8,7 @@
 
 #include "metadata/CExif.h"
 #include "metadata/CJPEG.h"
+#include "metadata/EditionTIFF.h"
 
 namespace tg::meta {
 
@@ -39,16 +40,23 @@ class CExifTIFF : public CExif {
   QByteArray MakerNote() const override;
   Ordre AlignType() const override { return alignType; }
 
-  // The file rebuilt: its bytes as read, untouched, so that strips, tiles
-  // and every offset into them stay right; then the rebuilt directories from
-  // the next even offset; the header then points to the new IFD0.
+  // True when a directory differs from what was read.
+  bool Modifie() const;
+  // The file with its edits: its bytes as read, untouched, so that strips,
+  // tiles and every offset into them stay right; the directories that
+  // changed written anew from the next even offset and the pointers to them
+  // re-aimed. The bytes read when nothing changed.
   bool WriteEXIF(QByteArray& sortie, QString* erreur = nullptr);
 
  private:
+  EditionTIFF Edition() const;
   QString fichier_;
   std::vector<CIFD> ifds_;
   CIFD gps_, sub_, interop_;
   CMakerNote note_;
+  // As read, to tell what an edit changed.
+  std::vector<CIFD> ifdsLus_;
+  CIFD gpsLu_, subLu_, interopLu_;
 };
 
 class CTIFF : public CFormatImage {
@@ -65,7 +73,7 @@ class CTIFF : public CFormatImage {
  private:
   CExifTIFF exif_;
   CIPTC iptc_;
-  bool iptcLu_ = false;
+  QByteArray iptcLu_;  // the datasets as read, as bytes
 };
 
 }  // namespace tg::meta

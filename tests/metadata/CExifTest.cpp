@@ -85,67 +85,142 @@ TEST_P(BlocDansLesDeuxOrdres, SeLitEntree) {
   EXPECT_TRUE(x.GPS().Vide());
 }
 
-TEST_P(BlocDansLesDeuxOrdres, SeReecritDansSonOrdreSansRienPerdre) {
+// Offset of IFD0 in an APP1 segment written by WriteEXIF.
+uint32_t PremierIfd(const QByteArray& segment, Ordre o) {
+  uint32_t v = 0;
+  LecteurOctets(segment.mid(10)).u32At(o, 4, v);
+  return v;
+}
+
+TEST_P(BlocDansLesDeuxOrdres, SansModificationLeSegmentEstCeluiLu) {
   const bool mm = GetParam();
-  CExifJPEG avant;
-  ASSERT_TRUE(avant.ReadExif(BlocManuel(mm)));
-  CExifJPEG copie;
-  ASSERT_TRUE(copie.ReadExif(BlocManuel(mm)));
+  CExifJPEG x;
+  ASSERT_TRUE(x.ReadExif(BlocManuel(mm)));
+  EXPECT_FALSE(x.Modifie());
   QByteArray segment;
-  ASSERT_TRUE(copie.WriteEXIF(segment));
-  ASSERT_GE(segment.size(), 14);
+  ASSERT_TRUE(x.WriteEXIF(segment));
   EXPECT_EQ(segment.left(2), QByteArray("\xFF\xE1", 2));
   EXPECT_EQ((uint8_t(segment[2]) << 8) | uint8_t(segment[3]), segment.size() - 2);
-  EXPECT_EQ(segment.mid(4, 8), QByteArray(mm ? "Exif\0\0MM" : "Exif\0\0II", 8));
-  EXPECT_EQ(segment.size() % 2, 0);
+  EXPECT_EQ(segment.mid(4), BlocManuel(mm));
+  // Set back to what it was, a tag is no change either.
+  x.AddModifyTag(Repertoire::IFD0, 0x0112, FmtShort, QByteArray("\x06\0", 2));
+  EXPECT_FALSE(x.Modifie());
+}
+
+// An edit writes the changed directory after the block and re-aims the one
+// pointer to it: every byte read stays at its offset.
+TEST_P(BlocDansLesDeuxOrdres, UneModificationNeDeplaceRien) {
+  const bool mm = GetParam();
+  const Ordre o = mm ? Ordre::Motorola : Ordre::Intel;
+  const QByteArray source = BlocManuel(mm);
+  CExifJPEG avant;
+  ASSERT_TRUE(avant.ReadExif(source));
+  CExifJPEG x;
+  ASSERT_TRUE(x.ReadExif(source));
+  x.AddModifyTag(Repertoire::SubIFD, 0x9003, FmtAscii, QByteArray("2024:01:02 03:04:05\0", 20));
+  EXPECT_TRUE(x.Modifie());
+  QByteArray segment;
+  ASSERT_TRUE(x.WriteEXIF(segment));
+  const QByteArray bloc = segment.mid(4);
+  // The sub-directory moved to the end (154 + IFD1 + thumbnail = 189, then
+  // even): its pointer in IFD0 is the only byte range that changed.
+  const int64_t champ = 6 + 8 + 2 + 3 * 12 + 8;  // value field of 0x8769
+  EXPECT_EQ(bloc.left(champ), source.left(champ));
+  EXPECT_EQ(bloc.mid(champ + 4, source.size() - champ - 4), source.mid(champ + 4));
+  uint32_t sub = 0;
+  LecteurOctets(bloc.mid(6)).u32At(o, champ - 6, sub);
+  EXPECT_EQ(sub, 190u);
+  EXPECT_EQ(PremierIfd(segment, o), 8u);
 
   CExifJPEG apres;
-  ASSERT_TRUE(apres.ReadExif(segment.mid(4)));
-  EXPECT_EQ(apres.AlignType(), avant.AlignType());
+  ASSERT_TRUE(apres.ReadExif(bloc));
   for (Repertoire r : {Repertoire::IFD0, Repertoire::IFD1, Repertoire::SubIFD}) {
     const CIFD& a = *avant.Repertoire_(r);
     const CIFD& b = *apres.Repertoire_(r);
-    ASSERT_EQ(a.Directories.size(), b.Directories.size()) << int(r);
-    for (size_t i = 0; i < a.Directories.size(); ++i) {
-      const CExifDirEnt& ea = a.Directories[i];
-      const CExifDirEnt& eb = b.Directories[i];
+    size_t j = 0;
+    for (const CExifDirEnt& eb : b.Directories) {
+      if (eb.Tag == 0x9003) continue;  // the edit
+      ASSERT_LT(j, a.Directories.size());
+      const CExifDirEnt& ea = a.Directories[j++];
       EXPECT_EQ(ea.Tag, eb.Tag);
       EXPECT_EQ(ea.DataFormat, eb.DataFormat);
       EXPECT_EQ(ea.NumberOfComponent, eb.NumberOfComponent);
-      // Offsets move; the pointer tags and the thumbnail's offset are rebuilt.
-      if (ea.Tag != 0x8769 && ea.Tag != 0x0201) {
+      // Values that were there keep their offsets; the pointer alone moved.
+      if (ea.Tag != 0x8769) {
+        EXPECT_EQ(ea.OffsetToValue, eb.OffsetToValue) << ea.Tag;
         EXPECT_EQ(ea.GetData(), eb.GetData()) << ea.Tag;
       }
-      if (ea.DataFormat == 99) {
-        EXPECT_EQ(ea.OffsetToValue, eb.OffsetToValue);
-      }
     }
+    EXPECT_EQ(j, a.Directories.size());
   }
+  EXPECT_EQ(apres.SubIFD().Trouver(0x9003)->GetDataFormatted(), "2024:01:02 03:04:05");
   EXPECT_EQ(apres.ThumbnailData, "THUMB");
-  // Written once more, the block is the same bytes.
+  EXPECT_FALSE(apres.Modifie());
+
+  // Changed again: IFD0 too is written anew, pointing at the moved sub-directory.
+  x.AddModifyTag(Repertoire::IFD0, 0x0131, FmtAscii, QByteArray("Essai\0", 6));
   QByteArray encore;
-  ASSERT_TRUE(apres.WriteEXIF(encore));
-  EXPECT_EQ(encore, segment);
+  ASSERT_TRUE(x.WriteEXIF(encore));
+  EXPECT_EQ(encore.mid(4 + 6 + 8, 154 - 8), source.mid(6 + 8, 154 - 8));
+  CExifJPEG relu;
+  ASSERT_TRUE(relu.ReadExif(encore.mid(4)));
+  EXPECT_GT(PremierIfd(encore, o), 189u);
+  EXPECT_EQ(relu.ifd(0)->Trouver(0x0131)->GetDataFormatted(), "Essai");
+  EXPECT_EQ(relu.SubIFD().Trouver(0x9003)->GetDataFormatted(), "2024:01:02 03:04:05");
+  EXPECT_EQ(relu.SubIFD().Trouver(0x9998)->OffsetToValue, avant.SubIFD().Trouver(0x9998)->OffsetToValue);
+  EXPECT_EQ(relu.ThumbnailData, "THUMB");
+  EXPECT_EQ(relu.ifd(1)->Offset, 154);
 }
 
-TEST_P(BlocDansLesDeuxOrdres, SansIfd1NiRepertoireVideRienDePlus) {
+TEST_P(BlocDansLesDeuxOrdres, RepertoireVideRetireAvecSonPointeur) {
   const bool mm = GetParam();
+  const Ordre o = mm ? Ordre::Motorola : Ordre::Intel;
   CExifJPEG x;
   ASSERT_TRUE(x.ReadExif(BlocManuel(mm, false)));
   EXPECT_TRUE(x.ifd(1)->Vide());
-  // The sub-directory emptied: neither it nor its pointer is written.
   for (int tag : {0x829A, 0x920A, 0x9998, 0x9999}) x.RemoveTag(Repertoire::SubIFD, tag);
   QByteArray segment;
   ASSERT_TRUE(x.WriteEXIF(segment));
-  // 4 + "Exif\0\0" + header 8 + IFD0 of 3 entries (2 + 36 + 4) + "Canon\0" + 72/1.
-  EXPECT_EQ(segment.size(), 4 + 6 + 8 + 42 + 6 + 8);
+  // The block read, then IFD0 anew without the pointer: 3 entries and a link
+  // (2 + 36 + 4); its values stay where they were.
+  EXPECT_EQ(segment.mid(4 + 6 + 8, 154 - 8), BlocManuel(mm, false).mid(6 + 8));
+  EXPECT_EQ(segment.size(), 4 + 6 + 154 + 42);
+  EXPECT_EQ(PremierIfd(segment, o), 154u);
   CExifJPEG relu;
   ASSERT_TRUE(relu.ReadExif(segment.mid(4)));
   EXPECT_EQ(relu.ifd(0)->Trouver(0x8769), nullptr);
+  EXPECT_EQ(relu.ifd(0)->Trouver(0x010F)->OffsetToValue, 62);
   EXPECT_TRUE(relu.ifd(1)->Vide());
+  EXPECT_TRUE(relu.SubIFD().Vide());
   uint32_t lien = 1;
-  LecteurOctets(segment.mid(10)).u32At(relu.AlignType(), 8 + 2 + 3 * 12, lien);
+  LecteurOctets(segment.mid(10)).u32At(o, 154 + 2 + 3 * 12, lien);
   EXPECT_EQ(lien, 0u);
+}
+
+// A block made from nothing is laid out whole, in the order asked for.
+TEST_P(BlocDansLesDeuxOrdres, UnBlocNeufSeRelitEntier) {
+  const bool mm = GetParam();
+  CExifJPEG avant;
+  ASSERT_TRUE(avant.ReadExif(BlocManuel(mm)));
+  CExifJPEG neuf;
+  neuf.alignType = avant.AlignType();
+  for (Repertoire r : {Repertoire::IFD0, Repertoire::IFD1, Repertoire::SubIFD})
+    for (const CExifDirEnt& e : avant.Repertoire_(r)->Directories)
+      if (e.GetDataSize() != 0 && e.Tag != 0x8769) neuf.AddModifyTag(r, e.Tag, e.DataFormat, e.GetData());
+  neuf.ThumbnailData = avant.ThumbnailData;
+  QByteArray segment;
+  ASSERT_TRUE(neuf.WriteEXIF(segment));
+  EXPECT_EQ(segment.mid(4, 8), QByteArray(mm ? "Exif\0\0MM" : "Exif\0\0II", 8));
+  EXPECT_EQ(segment.size() % 2, 0);
+  CExifJPEG relu;
+  ASSERT_TRUE(relu.ReadExif(segment.mid(4)));
+  EXPECT_EQ(relu.SubIFD().Trouver(0x920A)->GetDataFormatted(), "75/10");
+  EXPECT_EQ(relu.ifd(0)->Trouver(0x010F)->GetDataFormatted(), "Canon");
+  EXPECT_EQ(relu.ThumbnailData, "THUMB");
+  // Written once more, the block is the same bytes.
+  QByteArray encore;
+  ASSERT_TRUE(neuf.WriteEXIF(encore));
+  EXPECT_EQ(encore, segment);
 }
 
 INSTANTIATE_TEST_SUITE_P(Ordres, BlocDansLesDeuxOrdres, testing::Values(false, true),

@@ -125,9 +125,18 @@ TEST(IPTC, BlocPartageSurDeuxSegmentsLuEntier) {
       JpegQt(), {Segment(0xED, kNom + bloc.left(coupe)), Segment(0xED, kNom + bloc.mid(coupe))}));
   EXPECT_EQ(j.IPTC().Tags.size(), 6u);
   EXPECT_EQ(j.IPTC().SegmentsLus().size(), 2u);
+  // Unchanged, the two segments stay as they were; changed, the whole block
+  // goes in one, at the place of the first.
   QByteArray sortie;
   ASSERT_TRUE(j.Ecrire(sortie, nullptr));
-  EXPECT_EQ(SegmentsAPP13(sortie), QList<QByteArray>({kNom + bloc}));
+  EXPECT_EQ(SegmentsAPP13(sortie), QList<QByteArray>({kNom + bloc.left(coupe), kNom + bloc.mid(coupe)}));
+  j.IPTC().AddModifyTagString(2, 116, "diatomée");
+  ASSERT_TRUE(j.Ecrire(sortie, nullptr));
+  const QList<QByteArray> app13 = SegmentsAPP13(sortie);
+  ASSERT_EQ(app13.size(), 1);
+  EXPECT_TRUE(app13[0].startsWith(kNom + Ressource(0x03ED, Resolution())));
+  EXPECT_EQ(ParcourirSegments(sortie).segments[0].Marker, 0xEDFF);
+  EXPECT_EQ(Lire(sortie).IPTC().Tags.size(), 7u);
 }
 
 TEST(IPTC, LectureArreteeProprement) {

@@ -142,12 +142,18 @@ TEST(Commentaire, LeDernierGagneEtLaReecritureNEnLaissequUn) {
   j.LireOctets(f);
   EXPECT_EQ(j.JPEGComment().Texte(), "second");
   QByteArray sortie;
+  // Unchanged, nothing is rewritten.
+  ASSERT_TRUE(j.Ecrire(sortie, nullptr));
+  EXPECT_EQ(sortie, f);
+  // Changed, one comment takes the place of the first.
+  j.JPEGComment().Content = "troisième";
   ASSERT_TRUE(j.Ecrire(sortie, nullptr));
   const auto m = Marqueurs(sortie);
   EXPECT_EQ(std::count(m.begin(), m.end(), 0xFEFF), 1);
+  EXPECT_EQ(m[0], 0xFEFF);
   CJPEG relu;
   relu.LireOctets(sortie);
-  EXPECT_EQ(relu.JPEGComment().Texte(), "second");
+  EXPECT_EQ(relu.JPEGComment().Texte(), "troisième");
   EXPECT_EQ(Scan(sortie), Scan(f));
 }
 
@@ -290,8 +296,8 @@ INSTANTIATE_TEST_SUITE_P(
         CasJfif{"Court", QByteArray("JFIF\0\x01", 6), false, "", 0, 0, 0, 0, 0, {}}),
     [](const auto& i) { return std::string(i.param.nom); });
 
-// A rewrite keeps every segment it does not rebuild, in order, after the
-// rebuilt ones, and the scan data byte for byte.
+// A rewrite keeps every segment it does not change, in order, and the scan
+// data byte for byte.
 TEST(Reecriture, RienNeSePerdEtLeScanResteIntact) {
   CExifJPEG exif;
   exif.AddModifyTag(Repertoire::IFD0, 0x010F, FmtAscii, QByteArray("Nikon\0", 6));
@@ -312,14 +318,9 @@ TEST(Reecriture, RienNeSePerdEtLeScanResteIntact) {
   ASSERT_TRUE(image.WriteImage(chemin)) << image.Erreur().toStdString();
   const QByteArray sortie = Lire(chemin);
 
-  // EXIF, the Photoshop segment and the comment are rebuilt, in this order.
-  std::vector<uint16_t> attendu = {0xE1FF, 0xEDFF, 0xFEFF, 0xE1FF};
-  for (const CMarker& m : ParcourirSegments(JpegQt()).segments) attendu.push_back(m.Marker);
-  EXPECT_EQ(Marqueurs(sortie), attendu);
-  EXPECT_EQ(Scan(sortie), Scan(source));
-  EXPECT_TRUE(sortie.contains(xmp));
-  EXPECT_TRUE(sortie.contains(iptc));
-
+  // Only the comment changed: it takes the place of the old one, and every
+  // other byte stays.
+  EXPECT_EQ(sortie, Inserer(JpegQt(), {xmp, Segment(0xFE, QByteArray("nouveau\0", 8)), app1, iptc}));
   CImage relue;
   ASSERT_TRUE(relue.ReadImage(chemin));
   EXPECT_EQ(relue.JPEG()->JPEGComment().Texte(), "nouveau");
@@ -329,6 +330,27 @@ TEST(Reecriture, RienNeSePerdEtLeScanResteIntact) {
   // A second rewrite changes nothing.
   ASSERT_TRUE(relue.WriteImage(chemin));
   EXPECT_EQ(Lire(chemin), sortie);
+}
+
+// A new EXIF block goes after the leading JFIF segment, which stays first;
+// everything else, a trailer after the end of image included, stays as it is.
+TEST(Reecriture, UnNouveauBlocExifSuitLeJFIF) {
+  const QByteArray source = JpegQt() + QByteArray("donnees apres la fin");
+  CJPEG j;
+  j.LireOctets(source);
+  j.EXIF()->AddModifyTag(Repertoire::IFD0, 0x010F, FmtAscii, QByteArray("Nikon\0", 6));
+  QByteArray sortie;
+  ASSERT_TRUE(j.Ecrire(sortie, nullptr));
+  const auto avant = ParcourirSegments(source).segments;
+  const auto apres = ParcourirSegments(sortie).segments;
+  ASSERT_EQ(apres.size(), avant.size() + 1);
+  EXPECT_EQ(apres[0].Marker, 0xE0FF);
+  EXPECT_EQ(apres[1].Marker, 0xE1FF);
+  EXPECT_EQ(sortie.left(2 + avant[0].Length), source.left(2 + avant[0].Length));
+  EXPECT_EQ(sortie.mid(apres[2].lpData - 1), source.mid(avant[1].lpData - 1));
+  CJPEG relu;
+  relu.LireOctets(sortie);
+  EXPECT_EQ(relu.EXIF()->GetManufacturer(), 1);
 }
 
 }  // namespace
