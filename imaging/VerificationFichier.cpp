@@ -1,0 +1,428 @@
+#include "imaging/VerificationFichier.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <cerrno>
+#include <cstring>
+
+namespace tg {
+
+namespace {
+
+// Bounds-checked reads; every one fails rather than read past the end.
+class Octets {
+ public:
+  Octets(const char* d, int64_t n) : d_(d), n_(n) {}
+  int64_t taille() const { return n_; }
+  bool a(int64_t p, int64_t n) const { return p >= 0 && n >= 0 && p <= n_ && n <= n_ - p; }
+  bool u8(int64_t p, uint32_t& v) const {
+    if (!a(p, 1)) return false;
+    v = uint8_t(d_[p]);
+    return true;
+  }
+  bool u16(int64_t p, bool be, uint32_t& v) const {
+    if (!a(p, 2)) return false;
+    const uint32_t x = uint8_t(d_[p]), y = uint8_t(d_[p + 1]);
+    v = be ? (x << 8 | y) : (y << 8 | x);
+    return true;
+  }
+  bool u32(int64_t p, bool be, uint32_t& v) const {
+    uint32_t h = 0, l = 0;
+    if (!u16(p, be, be ? h : l) || !u16(p + 2, be, be ? l : h)) return false;
+    v = h << 16 | l;
+    return true;
+  }
+  bool egal(int64_t p, const char* s, int64_t n) const { return a(p, n) && std::memcmp(d_ + p, s, size_t(n)) == 0; }
+  // Position of `s` from `depuis`, -1 when absent.
+  int64_t chercher(int64_t depuis, const char* s, int64_t n) const {
+    if (depuis < 0 || depuis >= n_) return -1;
+    const void* r = memmem(d_ + depuis, size_t(n_ - depuis), s, size_t(n));
+    return r ? static_cast<const char*>(r) - d_ : -1;
+  }
+
+ private:
+  const char* d_;
+  int64_t n_;
+};
+
+QString Guillemets(const QString& nom) { return QStringLiteral("« %1 »").arg(nom); }
+
+struct Resultat {
+  VerificationImage& v;
+  const QString& nom;
+
+  VerificationImage& Refus(const QString& texte) {
+    v.refuse = true;
+    v.message = texte;
+    return v;
+  }
+  VerificationImage& EnTete(const QString& detail) {
+    return Refus(QStringLiteral("Le fichier %1 n'est pas une image %2 lisible : %3.")
+                     .arg(Guillemets(nom), NomType(v.type), detail));
+  }
+  VerificationImage& Coupe(int64_t taille) {
+    if (v.largeur == 0 || v.hauteur == 0)
+      return Refus(QStringLiteral("Le fichier %1 est incomplet : ses %2 octets ne contiennent pas tout ce que son en-tête annonce.")
+                       .arg(Guillemets(nom))
+                       .arg(taille));
+    return Refus(QStringLiteral(
+                     "Le fichier %1 est incomplet : son en-tête annonce une image de %2 x %3 "
+                     "pixels que ses %4 octets ne contiennent pas.")
+                     .arg(Guillemets(nom))
+                     .arg(v.largeur)
+                     .arg(v.hauteur)
+                     .arg(taille));
+  }
+  // Sides and pixels within the limits; a refusal otherwise.
+  bool Dimensions(int64_t l, int64_t h) {
+    v.largeur = l;
+    v.hauteur = h;
+    if (l < 1 || h < 1) {
+      EnTete(QStringLiteral("sa taille (%1 x %2 pixels) est impossible").arg(l).arg(h));
+      return false;
+    }
+    if (l > kCoteMaxImage || h > kCoteMaxImage || l * h > kPixelsMaxImage) {
+      Refus(QStringLiteral(
+                "L'image %1 est trop grande (%2 x %3 pixels) : le programme ouvre au plus %4 "
+                "pixels de côté et %5 millions de pixels en tout.")
+                .arg(Guillemets(nom))
+                .arg(l)
+                .arg(h)
+                .arg(kCoteMaxImage)
+                .arg(kPixelsMaxImage / 1'000'000));
+      return false;
+    }
+    return true;
+  }
+  static QString NomType(TypeFichierImage t) {
+    switch (t) {
+      case TypeFichierImage::JPEG: return QStringLiteral("JPEG");
+      case TypeFichierImage::BMP: return QStringLiteral("BMP");
+      case TypeFichierImage::PNG: return QStringLiteral("PNG");
+      case TypeFichierImage::GIF: return QStringLiteral("GIF");
+      case TypeFichierImage::TIFF: return QStringLiteral("TIFF");
+      case TypeFichierImage::PSD: return QStringLiteral("PSD");
+      case TypeFichierImage::PCD: return QStringLiteral("Photo CD");
+      default: return QString();
+    }
+  }
+};
+
+// ---- JPEG: the frame's size, then image data that reach an end marker.
+
+VerificationImage& Jpeg(const Octets& o, Resultat& r) {
+  int64_t p = 2;
+  bool cadre = false;
+  while (true) {
+    uint32_t m1 = 0, m2 = 0, longueur = 0;
+    if (!o.u8(p, m1) || !o.u8(p + 1, m2)) break;
+    if (m1 != 0xFF) return r.EnTete(QStringLiteral("un segment est mal formé à l'octet %1").arg(p));
+    if (m2 == 0xFF) {  // fill bytes before a marker
+      ++p;
+      continue;
+    }
+    if (m2 == 0xD8 || m2 == 0xD9 || m2 == 0x01 || (m2 >= 0xD0 && m2 <= 0xD7)) {
+      p += 2;
+      continue;
+    }
+    if (!o.u16(p + 2, true, longueur) || longueur < 2 || !o.a(p + 2, longueur)) break;
+    const bool sof = (m2 >= 0xC0 && m2 <= 0xCF) && m2 != 0xC4 && m2 != 0xC8 && m2 != 0xCC;
+    if (sof && !cadre) {
+      uint32_t h = 0, l = 0;
+      if (!o.u16(p + 5, true, h) || !o.u16(p + 7, true, l)) break;
+      cadre = true;
+      // A height of 0 is given later by a DNL segment: only the width is checked then.
+      if (!r.Dimensions(l, h == 0 ? 1 : h)) return r.v;
+      r.v.hauteur = h;
+    }
+    if (m2 == 0xDA) {
+      if (!cadre) return r.EnTete(QStringLiteral("ses données d'image précèdent la description de l'image"));
+      // The image data end at the end marker; a file cut before it lost its lower part.
+      if (o.chercher(p + 2 + longueur, "\xFF\xD9", 2) < 0) {
+        r.v.incomplet = true;
+        r.v.message = QStringLiteral(
+                          "Le fichier %1 est incomplet : ses données d'image s'arrêtent avant la "
+                          "fin, le bas de l'image manquera.")
+                          .arg(Guillemets(r.nom));
+      }
+      return r.v;
+    }
+    p += 2 + longueur;
+  }
+  if (!cadre) return r.EnTete(QStringLiteral("le fichier s'arrête avant la description de l'image"));
+  r.v.incomplet = true;
+  r.v.message = QStringLiteral("Le fichier %1 est incomplet : il s'arrête avant ses données d'image.")
+                    .arg(Guillemets(r.nom));
+  r.v.refuse = true;  // nothing at all to show
+  return r.v;
+}
+
+// ---- BMP: the rows that the header announces must be in the file.
+
+VerificationImage& Bmp(const Octets& o, Resultat& r) {
+  uint32_t debut = 0, taille = 0;
+  if (!o.u32(10, false, debut) || !o.u32(14, false, taille))
+    return r.Coupe(o.taille());
+  int64_t l = 0, h = 0;
+  uint32_t bpp = 0, compression = 0;
+  if (taille == 12) {
+    uint32_t l16 = 0, h16 = 0;
+    if (!o.u16(18, false, l16) || !o.u16(20, false, h16) || !o.u16(24, false, bpp))
+      return r.EnTete(QStringLiteral("son en-tête est coupé"));
+    l = l16;
+    h = h16;
+  } else if (taille >= 40 && taille <= 124) {
+    uint32_t lu = 0, hu = 0;
+    if (!o.u32(18, false, lu) || !o.u32(22, false, hu) || !o.u16(28, false, bpp) ||
+        !o.u32(30, false, compression))
+      return r.EnTete(QStringLiteral("son en-tête est coupé"));
+    l = int32_t(lu);
+    h = int32_t(hu);
+    if (h < 0) h = -h;  // rows top to bottom
+  } else {
+    return r.EnTete(QStringLiteral("son en-tête de %1 octets n'est d'aucune version connue").arg(taille));
+  }
+  if (!r.Dimensions(l, h)) return r.v;
+  if (bpp != 1 && bpp != 4 && bpp != 8 && bpp != 16 && bpp != 24 && bpp != 32)
+    return r.EnTete(QStringLiteral("%1 bits par pixel n'existe pas en BMP").arg(bpp));
+  if (int64_t(debut) >= o.taille()) return r.Coupe(o.taille());
+  // Uncompressed rows (and bit fields) have a known size; RLE data end where they end.
+  if (compression == 0 || compression == 3 || compression == 6) {
+    const int64_t ligne = ((l * bpp + 31) / 32) * 4;
+    if (int64_t(debut) + ligne * h > o.taille()) return r.Coupe(o.taille());
+  } else if (compression != 1 && compression != 2) {
+    return r.EnTete(QStringLiteral("sa compression (%1) n'est pas lue par le programme").arg(compression));
+  }
+  return r.v;
+}
+
+// ---- PNG: the header chunk, then chunks that reach the end chunk.
+
+VerificationImage& Png(const Octets& o, Resultat& r) {
+  uint32_t longueur = 0, l = 0, h = 0;
+  if (!o.u32(8, true, longueur) || !o.egal(12, "IHDR", 4) || longueur != 13 || !o.u32(16, true, l) ||
+      !o.u32(20, true, h))
+    return r.EnTete(QStringLiteral("son premier bloc n'est pas l'en-tête d'image"));
+  if (!r.Dimensions(l, h)) return r.v;
+  bool donnees = false;
+  for (int64_t p = 8; o.a(p, 8);) {
+    if (!o.u32(p, true, longueur) || longueur > 0x7FFFFFFF || !o.a(p + 8, int64_t(longueur) + 4)) break;
+    if (o.egal(p + 4, "IDAT", 4)) donnees = true;
+    if (o.egal(p + 4, "IEND", 4)) {
+      if (!donnees) return r.EnTete(QStringLiteral("il n'a pas de données d'image"));
+      return r.v;
+    }
+    p += 12 + int64_t(longueur);
+  }
+  return r.Coupe(o.taille());
+}
+
+// ---- GIF: the screen, then blocks up to the end of the first picture's data.
+
+bool SousBlocs(const Octets& o, int64_t& p) {
+  uint32_t n = 0;
+  while (o.u8(p, n)) {
+    ++p;
+    if (n == 0) return true;
+    if (!o.a(p, n)) return false;
+    p += n;
+  }
+  return false;
+}
+
+VerificationImage& Gif(const Octets& o, Resultat& r) {
+  uint32_t l = 0, h = 0, champs = 0;
+  if (!o.u16(6, false, l) || !o.u16(8, false, h) || !o.u8(10, champs))
+    return r.EnTete(QStringLiteral("son en-tête est coupé"));
+  if (!r.Dimensions(l, h)) return r.v;
+  int64_t p = 13;
+  if (champs & 0x80) p += 3 * (int64_t(2) << (champs & 7));
+  uint32_t code = 0;
+  while (o.u8(p, code)) {
+    if (code == 0x21) {
+      p += 2;
+      if (!SousBlocs(o, p)) break;
+    } else if (code == 0x2C) {
+      uint32_t local = 0;
+      if (!o.u8(p + 9, local)) break;
+      p += 10;
+      if (local & 0x80) p += 3 * (int64_t(2) << (local & 7));
+      p += 1;  // LZW code size
+      if (!SousBlocs(o, p)) break;
+      return r.v;  // the first picture is whole
+    } else {
+      return r.EnTete(QStringLiteral("un bloc inconnu (%1) précède l'image").arg(code));
+    }
+  }
+  return r.Coupe(o.taille());
+}
+
+// ---- TIFF: the first directory's size and the strips or tiles it points to.
+
+VerificationImage& Tiff(const Octets& o, Resultat& r) {
+  const bool be = o.egal(0, "MM", 2);
+  uint32_t ifd = 0, n = 0;
+  if (!o.u32(4, be, ifd) || !o.u16(ifd, be, n) || !o.a(ifd + 2, 12 * int64_t(n)))
+    return r.EnTete(QStringLiteral("son premier répertoire est hors du fichier"));
+  int64_t l = 0, h = 0;
+  // Offsets and byte counts of strips (273/279) or tiles (324/325).
+  struct Tableau {
+    uint32_t format = 0, compte = 0, valeur = 0;
+    int64_t champ = 0;
+  } offsets, longueurs;
+  for (uint32_t i = 0; i < n; ++i) {
+    const int64_t e = ifd + 2 + 12 * int64_t(i);
+    uint32_t tag = 0, format = 0, compte = 0, valeur = 0;
+    o.u16(e, be, tag);
+    o.u16(e + 2, be, format);
+    o.u32(e + 4, be, compte);
+    if (format == 3) {
+      o.u16(e + 8, be, valeur);
+    } else {
+      o.u32(e + 8, be, valeur);
+    }
+    // A value that does not fit in its entry must be in the file.
+    static const int kTailles[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4};
+    const int64_t octets = format < 14 ? int64_t(kTailles[format]) * compte : 0;
+    uint32_t position = 0;
+    if (octets > 4 && (!o.u32(e + 8, be, position) || !o.a(position, octets))) return r.Coupe(o.taille());
+    if (tag == 256) l = valeur;
+    if (tag == 257) h = valeur;
+    if (tag == 273 || tag == 324) offsets = {format, compte, valeur, e + 8};
+    if (tag == 279 || tag == 325) longueurs = {format, compte, valeur, e + 8};
+  }
+  if (!r.Dimensions(l, h)) return r.v;
+  if (offsets.compte == 0 || offsets.compte != longueurs.compte)
+    return r.EnTete(QStringLiteral("il ne dit pas où sont ses données d'image"));
+  auto element = [&](const Tableau& t, uint32_t k, uint32_t& v) {
+    const int taille = t.format == 3 ? 2 : 4;
+    const int64_t p = int64_t(t.compte) * taille <= 4 ? t.champ + k * taille : int64_t(t.valeur) + k * taille;
+    return taille == 2 ? o.u16(p, be, v) : o.u32(p, be, v);
+  };
+  for (uint32_t k = 0; k < offsets.compte; ++k) {
+    uint32_t debut = 0, longueur = 0;
+    if (!element(offsets, k, debut) || !element(longueurs, k, longueur) || !o.a(debut, longueur))
+      return r.Coupe(o.taille());
+  }
+  return r.v;
+}
+
+// ---- PSD: channels of the announced size behind the three sections.
+
+VerificationImage& Psd(const Octets& o, Resultat& r) {
+  uint32_t version = 0, canaux = 0, h = 0, l = 0, profondeur = 0;
+  if (!o.u16(4, true, version) || !o.u16(12, true, canaux) || !o.u32(14, true, h) || !o.u32(18, true, l) ||
+      !o.u16(22, true, profondeur))
+    return r.EnTete(QStringLiteral("son en-tête est coupé"));
+  if (version != 1) return r.EnTete(QStringLiteral("sa version (%1) n'est pas lue par le programme").arg(version));
+  if (canaux < 1 || canaux > 56) return r.EnTete(QStringLiteral("%1 canaux est impossible").arg(canaux));
+  if (profondeur != 1 && profondeur != 8 && profondeur != 16 && profondeur != 32)
+    return r.EnTete(QStringLiteral("%1 bits par canal est impossible").arg(profondeur));
+  if (!r.Dimensions(l, h)) return r.v;
+  int64_t p = 26;
+  for (int section = 0; section < 3; ++section) {
+    uint32_t longueur = 0;
+    if (!o.u32(p, true, longueur) || !o.a(p + 4, longueur)) return r.Coupe(o.taille());
+    p += 4 + int64_t(longueur);
+  }
+  uint32_t compression = 0;
+  if (!o.u16(p, true, compression)) return r.Coupe(o.taille());
+  p += 2;
+  const int64_t ligne = (int64_t(l) * profondeur + 7) / 8;
+  const int64_t lignes = int64_t(canaux) * h;
+  if (compression == 0) {
+    if (!o.a(p, ligne * lignes)) return r.Coupe(o.taille());
+  } else if (compression == 1) {
+    // One 16-bit byte count a row, then the packed rows.
+    if (!o.a(p, 2 * lignes)) return r.Coupe(o.taille());
+    int64_t total = 0;
+    for (int64_t k = 0; k < lignes; ++k) {
+      uint32_t c = 0;
+      o.u16(p + 2 * k, true, c);
+      total += c;
+    }
+    if (!o.a(p + 2 * lignes, total)) return r.Coupe(o.taille());
+  } else {
+    return r.EnTete(QStringLiteral("sa compression (%1) n'est pas lue par le programme").arg(compression));
+  }
+  return r.v;
+}
+
+// ---- Photo CD: the base picture, 768 x 512 in YCC 4:2:0, from sector 96.
+
+VerificationImage& Pcd(const Octets& o, Resultat& r) {
+  if (!r.Dimensions(768, 512)) return r.v;
+  constexpr int64_t kBase = 0x30000, kOctetsBase = 768 * 512 * 3 / 2;
+  if (!o.a(kBase, kOctetsBase)) return r.Coupe(o.taille());
+  return r.v;
+}
+
+QString TexteErreurLecture(int code) {
+  switch (code) {
+    case EACCES:
+    case EPERM: return QStringLiteral("vous n'avez pas le droit de le lire");
+    case ENOENT: return QStringLiteral("il n'existe pas");
+    case EISDIR: return QStringLiteral("c'est un dossier");
+    default: return QStringLiteral("%1").arg(QString::fromLocal8Bit(std::strerror(code)));
+  }
+}
+
+}  // namespace
+
+VerificationImage VerifierOctetsImage(const char* octets, int64_t taille, const QString& nom,
+                                      const QString& extension) {
+  VerificationImage v;
+  Resultat r{v, nom};
+  const Octets o(octets, taille);
+  if (taille == 0) return r.Refus(QStringLiteral("Le fichier %1 est vide (0 octet).").arg(Guillemets(nom)));
+  if (o.egal(0, "\xFF\xD8\xFF", 3)) v.type = TypeFichierImage::JPEG;
+  else if (o.egal(0, "BM", 2)) v.type = TypeFichierImage::BMP;
+  else if (o.egal(0, "\x89PNG\r\n\x1A\n", 8)) v.type = TypeFichierImage::PNG;
+  else if (o.egal(0, "GIF87a", 6) || o.egal(0, "GIF89a", 6)) v.type = TypeFichierImage::GIF;
+  else if (o.egal(0, "II*\0", 4) || o.egal(0, "MM\0*", 4)) v.type = TypeFichierImage::TIFF;
+  else if (o.egal(0, "8BPS", 4)) v.type = TypeFichierImage::PSD;
+  else if (o.egal(0x800, "PCD_IPI", 7) || extension == u"pcd") v.type = TypeFichierImage::PCD;
+  switch (v.type) {
+    case TypeFichierImage::JPEG: return Jpeg(o, r);
+    case TypeFichierImage::BMP: return Bmp(o, r);
+    case TypeFichierImage::PNG: return Png(o, r);
+    case TypeFichierImage::GIF: return Gif(o, r);
+    case TypeFichierImage::TIFF: return Tiff(o, r);
+    case TypeFichierImage::PSD: return Psd(o, r);
+    case TypeFichierImage::PCD: return Pcd(o, r);
+    default:
+      return r.Refus(QStringLiteral(
+                         "Le fichier %1 n'est pas une image d'un format que le programme ouvre "
+                         "(JPEG, BMP, PNG, GIF, PSD, PCD, TIFF).")
+                         .arg(Guillemets(nom)));
+  }
+}
+
+VerificationImage VerifierFichierImage(const QString& chemin) {
+  const QFileInfo info(chemin);
+  const QString nom = info.fileName();
+  VerificationImage v;
+  if (info.isDir()) {
+    v.refuse = true;
+    v.message = QStringLiteral("« %1 » est un dossier, pas un fichier image.").arg(nom);
+    return v;
+  }
+  QFile f(chemin);
+  errno = 0;
+  if (!f.open(QIODevice::ReadOnly)) {
+    v.refuse = true;
+    v.message = QStringLiteral("Le fichier « %1 » ne peut pas être lu : %2.")
+                    .arg(nom, TexteErreurLecture(errno ? errno : ENOENT));
+    return v;
+  }
+  const int64_t taille = f.size();
+  if (taille == 0) return VerifierOctetsImage(nullptr, 0, nom, info.suffix().toLower());
+  // Mapped rather than read: the decoder reads the file again anyway.
+  const uchar* carte = f.map(0, taille);
+  if (carte != nullptr)
+    return VerifierOctetsImage(reinterpret_cast<const char*>(carte), taille, nom, info.suffix().toLower());
+  const QByteArray octets = f.readAll();
+  return VerifierOctetsImage(octets.constData(), octets.size(), nom, info.suffix().toLower());
+}
+
+}  // namespace tg
