@@ -18,7 +18,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "imaging/LecteurTIFF.h"
 #include "imaging/PixelEffects.h"
+#include "imaging/VerificationFichier.h"
 #include "platform/Fichiers.h"
 
 // Pixels are copied between FreeImage and QImage line by line, which holds
@@ -170,12 +172,23 @@ bool cAdvancedImagery::En24Bits(Bitmap& image) {
 
 bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
   sortie.Reset();
+  incomplet_.clear();
   if (chemin.isEmpty()) return Echec("No file path specified to load from");
-  if (!QFileInfo(chemin).isFile()) return Echec("File specified to load could not be found");
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) return Echec(verification.message);
+  incomplet_ = verification.incomplet ? verification.message : QString();
   MessageBibliotheque().clear();
+  if (verification.type == TypeFichierImage::TIFF) {
+    QString erreur;
+    FIBITMAP* dib = LireTIFF(chemin, erreur);
+    if (dib == nullptr) return Echec(erreur);
+    sortie.Reset(dib);
+    return true;
+  }
   const QByteArray nom = NomFichier(chemin);
   FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(nom.constData(), 0);
   if (fif == FIF_UNKNOWN) fif = FreeImage_GetFIFFromFilename(nom.constData());
+  if (fif == FIF_TIFF) return Echec("Le fichier « " + QFileInfo(chemin).fileName() + " » n'est pas un TIFF lisible.");
   FIBITMAP* dib = nullptr;
   if (fif != FIF_UNKNOWN && FreeImage_FIFSupportsReading(fif)) dib = FreeImage_Load(fif, nom.constData(), 0);
   if (dib == nullptr) {

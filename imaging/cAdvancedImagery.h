@@ -63,9 +63,16 @@ class cAdvancedImagery {
   QString Error_GetLast() const { return derniereErreur_; }
 
   // Loads any type FreeImage reads; BMP files that FreeImage refuses (V4/V5
-  // headers) are read through Qt. The two extra arguments of the system
-  // (-1, 0) carry nothing here.
+  // headers) are read through Qt, TIFF files through libtiff. The file is
+  // checked first: one whose header fails the check never reaches a decoder
+  // (false, the French reason in Error_GetLast). A JPEG cut inside its image
+  // data is loaded, its lower part grey, and Incomplet() then tells so with
+  // its message, for the caller to ask or refuse. The two extra arguments of
+  // the system (-1, 0) carry nothing here.
   bool IO_LoadImage(const QString& chemin, Bitmap& sortie);
+  // After IO_LoadImage: the French message of a file loaded although cut;
+  // empty for a whole file.
+  QString Incomplet() const { return incomplet_; }
   // format: FormatBMP, FormatJPEG or FormatTIFF; flags: JPEG quality 1 to 100,
   // else 0. The attached comment and EXIF are written with the file.
   bool IO_SaveImage(const Bitmap& image, const QString& chemin, int format, int flags);
@@ -147,6 +154,7 @@ class cAdvancedImagery {
   bool CouleursVraies(Bitmap& image);
   bool En24Bits(Bitmap& image);
   QString derniereErreur_;
+  QString incomplet_;
   int couleurTransparente_ = -1;
 };
 

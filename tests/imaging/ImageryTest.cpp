@@ -51,7 +51,7 @@ class Imagerie : public testing::Test {
   cAdvancedImagery ai;
 };
 
-TEST_F(Imagerie, InvalidHandleAndMissingFilesGiveTheLibraryTexts) {
+TEST_F(Imagerie, InvalidHandlesAndBadFilesGiveTheirTexts) {
   Bitmap vide, sortie;
   InfosImage infos;
   QString texte;
@@ -68,15 +68,16 @@ TEST_F(Imagerie, InvalidHandleAndMissingFilesGiveTheLibraryTexts) {
   EXPECT_FALSE(ai.IO_LoadImage("", sortie));
   EXPECT_EQ(ai.Error_GetLast(), "No file path specified to load from");
   EXPECT_TRUE(sortie.Vide());
+  // Files are checked before any decoder: the reasons are the program's, in French.
   EXPECT_FALSE(ai.IO_LoadImage("absent.jpg", sortie));
-  EXPECT_EQ(ai.Error_GetLast(), "File specified to load could not be found");
+  EXPECT_EQ(ai.Error_GetLast(), "Le fichier « absent.jpg » ne peut pas être lu : il n'existe pas.");
 
   QFile faux("faux.jpg");
   ASSERT_TRUE(faux.open(QIODevice::WriteOnly));
   faux.write("not a picture at all");
   faux.close();
   EXPECT_FALSE(ai.IO_LoadImage("faux.jpg", sortie));
-  EXPECT_TRUE(ai.Error_GetLast().startsWith("Image could not be loaded")) << ai.Error_GetLast().toStdString();
+  EXPECT_TRUE(ai.Error_GetLast().contains("n'est pas une image d'un format")) << ai.Error_GetLast().toStdString();
   EXPECT_TRUE(sortie.Vide());
 
   ASSERT_TRUE(ai.IO_CreateImage(sortie, 4, 4));

@@ -1,0 +1,19 @@
+#pragma once
+// TIFF pictures read through libtiff rather than through the imaging
+// library, whose TIFF path reads freed memory on camera files (an ICC profile
+// beside EXIF, GPS and IPTC). The first page becomes a 24-bit bitmap (32-bit
+// when it has an alpha channel) with its resolution; the tags of IFD0 and of
+// the EXIF and GPS directories, read by the project's own checked parser, go
+// into the bitmap's metadata under the names the imaging library gives them,
+// so that every reader of that metadata sees what it saw before.
+#include <QString>
+
+struct FIBITMAP;
+
+namespace tg {
+
+// nullptr with a French message in `erreur` (libtiff's own words after it)
+// when the file cannot be read whole.
+FIBITMAP* LireTIFF(const QString& chemin, QString& erreur);
+
+}  // namespace tg
