@@ -72,10 +72,11 @@ int64_t PositionChampPointeur(const LecteurOctets& bloc, const CIFD& lu, int32_t
   return -1;
 }
 
-void PointeurPresent(CIFD& r, int32_t tag, bool present) {
+void PointeurPresent(CIFD& r, int32_t tag, const Travail& cible) {
+  if (cible.Present() == cible.Lu()) return;
   const bool a = r.Trouver(tag) != nullptr;
-  if (present && !a) r.AddModifyTag(tag, FmtLong, Long(0));
-  if (!present && a) r.RemoveTag(tag);
+  if (cible.Present() && !a) r.AddModifyTag(tag, FmtLong, Long(0));
+  if (!cible.Present() && a) r.RemoveTag(tag);
 }
 
 void ViserPointeur(CIFD& r, int32_t tag, uint32_t cible) {
@@ -142,10 +143,11 @@ QByteArray EditerEnPlace(const QByteArray& bloc, const EditionTIFF& e, Ordre ord
   if (!exif.Present()) interop.ifd = CIFD();
   CIFD& ifd0 = chaine[0].ifd;
 
-  // Pointer tags exist exactly when their directory does.
-  PointeurPresent(ifd0, TagExifIFD, exif.Present());
-  PointeurPresent(ifd0, TagGPSIFD, gps.Present());
-  if (exif.Present()) PointeurPresent(exif.ifd, TagInteropIFD, interop.Present());
+  // A pointer tag follows its directory when the edit made or emptied it; a
+  // pointer to a directory that did not read stays as it was.
+  PointeurPresent(ifd0, TagExifIFD, exif);
+  PointeurPresent(ifd0, TagGPSIFD, gps);
+  if (exif.Present()) PointeurPresent(exif.ifd, TagInteropIFD, interop);
 
   const bool vignetteNeuve = e.vignette && e.vignetteLue && *e.vignette != *e.vignetteLue;
   Travail* porteurVignette = chaine.size() > 1 ? &chaine[1] : nullptr;

@@ -197,6 +197,29 @@ TEST_P(BlocDansLesDeuxOrdres, RepertoireVideRetireAvecSonPointeur) {
   EXPECT_EQ(lien, 0u);
 }
 
+// A pointer to a directory that does not read (found by fuzzing) is not
+// understood: an edit elsewhere keeps it as it was.
+TEST(CExifJPEG, UnPointeurIllisibleResteApresUneModification) {
+  const bool mm = true;
+  QByteArray t = EnTete(mm);
+  t += U16(mm, 2);
+  t += Entree(mm, 0x010F, 2, 4, QByteArray("abc\0", 4));
+  t += Entree(mm, 0x8825, 4, 1, U32(mm, 0x7000));  // outside the block
+  t += U32(mm, 0);
+  CExifJPEG x;
+  ASSERT_TRUE(x.ReadExif(QByteArray("Exif\0\0", 6) + t));
+  EXPECT_TRUE(x.GPS().Vide());
+  x.AddModifyTag(Repertoire::IFD0, 0x0131, FmtAscii, QByteArray("essai\0", 6));
+  QByteArray segment;
+  ASSERT_TRUE(x.WriteEXIF(segment));
+  CExifJPEG relu;
+  ASSERT_TRUE(relu.ReadExif(segment.mid(4)));
+  const CExifDirEnt* gps = relu.ifd(0)->Trouver(0x8825);
+  ASSERT_NE(gps, nullptr);
+  EXPECT_EQ(uint32_t(gps->OffsetToValue), 0x7000u);
+  EXPECT_NE(relu.ifd(0)->Trouver(0x0131), nullptr);
+}
+
 // A block made from nothing is laid out whole, in the order asked for.
 TEST_P(BlocDansLesDeuxOrdres, UnBlocNeufSeRelitEntier) {
   const bool mm = GetParam();
