@@ -21,6 +21,7 @@
 #include "core/frmChooseRessampl.h"
 #include "core/frmEnregistrer.h"
 #include "core/frmFichierPhoto.h"
+#include "imaging/VerificationFichier.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Dialogues.h"
 #include "platform/Fichiers.h"
@@ -116,6 +117,20 @@ bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
     ima->clear();
   }
 
+  // The program's own check comes first: a file it refuses never reaches a
+  // decoder, and a JPEG cut in its image data opens only if the user wants.
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) {
+    w.show();
+    Erreur(verification.message);
+    return EchecChargement(w);
+  }
+  if (verification.incomplet &&
+      Dialogues().Question(Titre(), verification.message + QStringLiteral("\n\nL'ouvrir quand même ?"),
+                           Boutons::OuiNon, Reponse::Non, Icone::Exclamation) != Reponse::Oui) {
+    w.show();
+    return EchecChargement(w);
+  }
   if (!ChargerBitmap(s, ai, chemin)) {
     w.show();
     Erreur("Error(A) - " + ai.Error_GetLast());
