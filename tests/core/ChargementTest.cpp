@@ -131,9 +131,10 @@ TEST_F(Chargement, FichierAbsentOuIllisible) {
   EXPECT_EQ(s.Etape, 0);
   EXPECT_TRUE(s.ImageCourante.Vide());
   EXPECT_TRUE(s.PathOrigine.isEmpty());
+  // The program's own check refuses it before any decoder, in French.
   bool erreurA = false, bulle = false;
   for (const auto& a : dlg.appels) {
-    erreurA |= a.texte.startsWith("Error(A) - ");
+    erreurA |= a.texte.contains("n'est pas une image d'un format que le programme ouvre");
     bulle |= a.genre == "MsgBoxEx" && a.titre == "Erreur chargement ..." &&
              a.texte == "Votre fichier n'est pas une image reconnue" && a.icone == 48;
   }
