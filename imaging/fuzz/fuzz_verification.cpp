@@ -1,0 +1,20 @@
+// The check of a picture file before decoding, on any bytes: it must end
+// with a verdict, and a picture it lets through must have a size within the
+// program's limits.
+#include <cstdint>
+#include <cstdlib>
+
+#include "imaging/VerificationFichier.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const char* octets = reinterpret_cast<const char*>(data);
+  for (const char* extension : {"jpg", "pcd"}) {
+    const tg::VerificationImage v =
+        tg::VerifierOctetsImage(octets, int64_t(size), QStringLiteral("f"), QLatin1String(extension));
+    if (!v.Bon() && v.message.isEmpty()) std::abort();
+    if (v.Bon() && (v.largeur < 1 || v.largeur > tg::kCoteMaxImage || v.hauteur > tg::kCoteMaxImage ||
+                    v.largeur * v.hauteur > tg::kPixelsMaxImage))
+      std::abort();
+  }
+  return 0;
+}
