@@ -2,6 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <zlib.h>
+
 #include <cerrno>
 #include <cstring>
 
@@ -32,6 +34,7 @@ class Octets {
     v = h << 16 | l;
     return true;
   }
+  const char* pointeur(int64_t p) const { return d_ + p; }
   bool egal(int64_t p, const char* s, int64_t n) const { return a(p, n) && std::memcmp(d_ + p, s, size_t(n)) == 0; }
   // Position of `s` from `depuis`, -1 when absent.
   int64_t chercher(int64_t depuis, const char* s, int64_t n) const {
@@ -198,6 +201,45 @@ VerificationImage& Bmp(const Octets& o, Resultat& r) {
 
 // ---- PNG: the header chunk, then chunks that reach the end chunk.
 
+// Bytes a compressed text chunk inflates to, counted up to `plafond`: a
+// text that goes past it is taken for what it is, a bomb.
+constexpr int64_t kTexteMax = 16 * 1024 * 1024;
+bool TexteRaisonnable(const char* donnees, int64_t n) {
+  z_stream z{};
+  if (inflateInit(&z) != Z_OK) return true;
+  z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(donnees));
+  z.avail_in = uInt(n);
+  char tampon[16384];
+  int64_t total = 0;
+  int r = Z_OK;
+  while (r == Z_OK && total <= kTexteMax) {
+    z.next_out = reinterpret_cast<Bytef*>(tampon);
+    z.avail_out = sizeof tampon;
+    r = inflate(&z, Z_NO_FLUSH);
+    total += int64_t(sizeof tampon - z.avail_out);
+    if (r == Z_BUF_ERROR && z.avail_in == 0) break;  // a cut text: the decoder says so
+  }
+  inflateEnd(&z);
+  return total <= kTexteMax;
+}
+
+// Offset of the compressed text in a zTXt or iTXt chunk's data; -1 for none.
+int64_t DebutTexteCompresse(const Octets& o, int64_t donnees, int64_t n, bool itxt) {
+  int64_t p = donnees;
+  const int64_t fin = donnees + n;
+  while (p < fin && o.egal(p, "\0", 1) == false) ++p;  // keyword
+  if (p >= fin) return -1;
+  if (!itxt) return p + 2 <= fin ? p + 2 : -1;  // NUL, method
+  uint32_t compresse = 0;
+  if (!o.u8(p + 1, compresse) || compresse == 0) return -1;
+  p += 3;  // NUL, flag, method
+  for (int champ = 0; champ < 2; ++champ) {  // language, translated keyword
+    while (p < fin && !o.egal(p, "\0", 1)) ++p;
+    ++p;
+  }
+  return p <= fin ? p : -1;
+}
+
 VerificationImage& Png(const Octets& o, Resultat& r) {
   uint32_t longueur = 0, l = 0, h = 0;
   if (!o.u32(8, true, longueur) || !o.egal(12, "IHDR", 4) || longueur != 13 || !o.u32(16, true, l) ||
@@ -208,6 +250,13 @@ VerificationImage& Png(const Octets& o, Resultat& r) {
   for (int64_t p = 8; o.a(p, 8);) {
     if (!o.u32(p, true, longueur) || longueur > 0x7FFFFFFF || !o.a(p + 8, int64_t(longueur) + 4)) break;
     if (o.egal(p + 4, "IDAT", 4)) donnees = true;
+    const bool ztxt = o.egal(p + 4, "zTXt", 4), itxt = o.egal(p + 4, "iTXt", 4);
+    if (ztxt || itxt) {
+      const int64_t t = DebutTexteCompresse(o, p + 8, longueur, itxt);
+      if (t >= 0 && !TexteRaisonnable(o.pointeur(t), p + 8 + longueur - t))
+        return r.EnTete(QStringLiteral("un de ses textes compressés dépasse %1 Mo une fois décompressé")
+                            .arg(kTexteMax / (1024 * 1024)));
+    }
     if (o.egal(p + 4, "IEND", 4)) {
       if (!donnees) return r.EnTete(QStringLiteral("il n'a pas de données d'image"));
       return r.v;

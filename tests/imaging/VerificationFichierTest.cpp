@@ -2,6 +2,7 @@
 // enough bytes for what the header announces, French messages.
 #include <FreeImage.h>
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <QDir>
 #include <QFile>
@@ -114,6 +115,29 @@ TEST(VerificationFichier, EnTetesQuiMentent) {
     EXPECT_TRUE(v.message.contains(QString::fromUtf8(c.attendu))) << c.nom << " : " << v.message.toStdString();
     EXPECT_TRUE(v.message.contains("essai") || v.message.contains("Le fichier")) << c.nom;
   }
+}
+
+// A PNG with a zTXt chunk behind its header whose text inflates to `octets` bytes.
+QByteArray PngAvecTexte(qsizetype octets) {
+  const QByteArray texte(octets, 'a');
+  uLongf taille = compressBound(uLong(texte.size()));
+  QByteArray compresse(qsizetype(taille), '\0');
+  compress(reinterpret_cast<Bytef*>(compresse.data()), &taille, reinterpret_cast<const Bytef*>(texte.constData()),
+           uLong(texte.size()));
+  compresse.resize(qsizetype(taille));
+  const QByteArray donnees = QByteArray("zTXtComment\0\0", 13) + compresse;
+  const uint32_t crc = uint32_t(crc32(0, reinterpret_cast<const Bytef*>(donnees.constData()), uInt(donnees.size())));
+  const QByteArray bloc = Be32(uint32_t(donnees.size() - 4)) + donnees + Be32(crc);
+  QByteArray png = Encode("PNG");
+  png.insert(8 + 25, bloc);  // after the signature and IHDR
+  return png;
+}
+
+TEST(VerificationFichier, TexteCompresseSansFinRefuse) {
+  EXPECT_TRUE(Verifier(PngAvecTexte(1000)).Bon());
+  const VerificationImage v = Verifier(PngAvecTexte(40 * 1024 * 1024));
+  EXPECT_TRUE(v.refuse);
+  EXPECT_TRUE(v.message.contains("textes compressés")) << v.message.toStdString();
 }
 
 TEST(VerificationFichier, DossierEtFichierAbsent) {
