@@ -162,6 +162,27 @@ VerificationImage& Jpeg(const Octets& o, Resultat& r) {
 
 // ---- BMP: the rows that the header announces must be in the file.
 
+// RLE data that reach their end-of-picture code, or all their rows, inside
+// the file.
+bool RleEntier(const Octets& o, int64_t p, int64_t hauteur, bool rle4) {
+  int64_t lignes = 0;
+  uint32_t n = 0, v = 0;
+  while (o.u8(p, n) && o.u8(p + 1, v)) {
+    p += 2;
+    if (n > 0) continue;  // a run
+    if (v == 0 && ++lignes >= hauteur) return true;
+    if (v == 1) return true;
+    if (v == 2) {
+      p += 2;
+    } else if (v > 2) {  // literal pixels, padded to a 16-bit boundary
+      const int64_t octets = rle4 ? (int64_t(v) + 1) / 2 : v;
+      p += octets + (octets % 2);
+    }
+    if (p > o.taille()) return false;
+  }
+  return false;
+}
+
 VerificationImage& Bmp(const Octets& o, Resultat& r) {
   uint32_t debut = 0, taille = 0;
   if (!o.u32(10, false, debut) || !o.u32(14, false, taille))
@@ -193,7 +214,9 @@ VerificationImage& Bmp(const Octets& o, Resultat& r) {
   if (compression == 0 || compression == 3 || compression == 6) {
     const int64_t ligne = ((l * bpp + 31) / 32) * 4;
     if (int64_t(debut) + ligne * h > o.taille()) return r.Coupe(o.taille());
-  } else if (compression != 1 && compression != 2) {
+  } else if (compression == 1 || compression == 2) {
+    if (!RleEntier(o, debut, h, compression == 2)) return r.Coupe(o.taille());
+  } else {
     return r.EnTete(QStringLiteral("sa compression (%1) n'est pas lue par le programme").arg(compression));
   }
   return r.v;

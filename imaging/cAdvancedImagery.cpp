@@ -197,8 +197,13 @@ bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
     lecteur.setAutoTransform(false);
     const QImage image = lecteur.read();
     if (!image.isNull()) return Convert_PictureToImage(image, sortie);
-    if (fif == FIF_UNKNOWN) return Echec("Unknown or unsupported image format: " + chemin);
-    return EchecBibliotheque("Image could not be loaded: " + chemin);
+    // The decoder's own words, in English, go to a detail line.
+    QString detail = MessageBibliotheque();
+    MessageBibliotheque().clear();
+    return Echec(QStringLiteral("L'image du fichier « %1 » ne peut pas être décodée : le fichier est abîmé "
+                                "ou incomplet.")
+                     .arg(QFileInfo(chemin).fileName()) +
+                 (detail.isEmpty() ? QString() : QStringLiteral("\nDétail : ") + detail));
   }
   sortie.Reset(dib);
   // 16-bit and floating-point pictures are brought to 8 bits per channel.
