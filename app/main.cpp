@@ -12,6 +12,7 @@
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
+#include "platform/MessagesQt.h"
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "version.h"
@@ -31,6 +32,7 @@ void SubstituerPolices() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tg::FiltrerMessagesQt();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QLatin1String(tg::TitreProgramme));
   SubstituerPolices();
