@@ -12,6 +12,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Systeme.h"
 #include "tests/support/DialoguesScriptes.h"
+#include "tests/support/TiffAppareil.h"
 
 namespace tg {
 namespace {
@@ -83,6 +84,18 @@ TEST_F(FichiersAbimes, LesFichiersRefusesDisentPourquoiEnFrancais) {
     EXPECT_FALSE(textes.contains("Error")) << textes.toStdString();
     EXPECT_TRUE(s.ImageCourante.Vide());
   }
+}
+
+// EXIF, GPS, IPTC and an ICC profile, as cameras lay them out: the picture
+// and its EXIF are read, and the sanitizers see no read of freed memory.
+TEST_F(FichiersAbimes, UnTiffDAppareilSOuvreAvecSonExif) {
+  const QString chemin = Ecrire("nikon.tif", test::TiffAppareil(48, 32));
+  ASSERT_TRUE(ChargerImage(*w, chemin)) << dlg.Textes().join('\n').toStdString();
+  EXPECT_EQ(ai.Info_Width(s.ImageCourante), 48);
+  EXPECT_EQ(ai.Info_Height(s.ImageCourante), 32);
+  EXPECT_TRUE(s.ExifTexte.contains("Model = NIKON D70")) << s.ExifTexte.toStdString();
+  EXPECT_TRUE(s.IptcTexte.contains("FocalLength = 75/10")) << s.IptcTexte.toStdString();
+  EXPECT_TRUE(s.IptcTexte.contains("DateTimeOriginal = 2024:01:02 03:04:05"));
 }
 
 }  // namespace
