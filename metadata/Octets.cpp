@@ -1,7 +1,10 @@
 #include "metadata/Octets.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <cerrno>
+#include <cstring>
 #include <QStringDecoder>
 #include <QStringEncoder>
 
@@ -206,24 +209,54 @@ QByteArray VersCp1252(const QString& texte) {
   return r;
 }
 
-bool LireFichier(const QString& chemin, QByteArray& octets, QString* erreur) {
-  QFile f(chemin);
-  if (!f.open(QIODevice::ReadOnly)) {
-    if (erreur)
-      *erreur =
-          QStringLiteral("Impossible de lire le fichier %1 : %2").arg(chemin, f.errorString());
-    return false;
+QString CauseSysteme(int code) {
+  switch (code) {
+    case ENOSPC:
+    case EDQUOT:
+      return QStringLiteral("le disque est plein");
+    case EFBIG:
+      return QStringLiteral("le fichier dépasserait la taille permise");
+    case EACCES:
+    case EPERM:
+      return QStringLiteral("vous n'en avez pas le droit");
+    case EROFS:
+      return QStringLiteral("le disque est en lecture seule");
+    case ENOENT:
+      return QStringLiteral("il n'existe pas");
+    case EISDIR:
+      return QStringLiteral("c'est un dossier");
+    case EIO:
+      return QStringLiteral("le disque a signalé une erreur");
+    default:
+      return QString::fromLocal8Bit(std::strerror(code));
   }
+}
+
+bool LireFichier(const QString& chemin, QByteArray& octets, QString* erreur) {
+  auto echec = [&](int code) {
+    if (erreur) *erreur = QStringLiteral("Le fichier %1 ne peut pas être lu : %2.").arg(chemin, CauseSysteme(code));
+    return false;
+  };
+  if (QFileInfo(chemin).isDir()) return echec(EISDIR);
+  QFile f(chemin);
+  errno = 0;
+  if (!f.open(QIODevice::ReadOnly)) return echec(errno ? errno : ENOENT);
   octets = f.readAll();
+  if (f.error() != QFileDevice::NoError) return echec(errno ? errno : EIO);
   return true;
 }
 
 bool RemplacerFichier(const QString& chemin, const QByteArray& octets, QString* erreur) {
+  // A temporary file beside the target, flushed to disk, then renamed over
+  // it: until then the original stays as it was.
   QSaveFile f(chemin);
+  errno = 0;
   if (!f.open(QIODevice::WriteOnly) || f.write(octets) != octets.size() || !f.commit()) {
+    const int code = errno ? errno : EIO;
+    f.cancelWriting();
     if (erreur)
-      *erreur =
-          QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(chemin, f.errorString());
+      *erreur = QStringLiteral("Le fichier %1 n'a pas pu être écrit : %2. Il est resté tel qu'il était.")
+                    .arg(chemin, CauseSysteme(code));
     return false;
   }
   return true;

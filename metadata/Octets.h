@@ -92,6 +92,8 @@ class EcrivainOctets {
 QString DepuisCp1252(const QByteArray& octets);
 QByteArray VersCp1252(const QString& texte);
 
+// The French words for a system error code (ENOSPC: "le disque est plein").
+QString CauseSysteme(int code);
 // Reads a whole file; false with a French message when it cannot be read.
 bool LireFichier(const QString& chemin, QByteArray& octets, QString* erreur = nullptr);
 // Writes `octets` to a temporary file beside `chemin` and replaces `chemin`

@@ -193,7 +193,7 @@ TEST(CommandesMeta, UsageEtRefus) {
   EXPECT_EQ(CommandeInfos({QDir::currentPath() + "/absent.jpg"}, ts, te), 3);
   EXPECT_EQ(CommandeCommentaire({"lire", QDir::currentPath() + "/absent.jpg"}, ts, te), 3);
   te.flush();
-  EXPECT_TRUE(e.contains("Impossible de lire"));
+  EXPECT_TRUE(e.contains("ne peut pas être lu : il n'existe pas")) << e.toStdString();
 }
 
 TEST(CommandesMeta, TexteUtf8OuWindows1252EnCRLF) {

@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <algorithm>
+#include <csignal>
+#include <sys/resource.h>
 
 #include "metadata/CImage.h"
 #include "metadata/CTIFF.h"
@@ -367,6 +369,34 @@ TEST(Reecriture, UnBlocExifTropGrandEstRefuseSansRienEcrire) {
   EXPECT_FALSE(image.WriteImage(chemin));
   EXPECT_TRUE(image.Erreur().contains("65533")) << image.Erreur().toStdString();
   EXPECT_EQ(Lire(chemin), source);
+}
+
+// A rewrite that cannot be written whole (here past a file size limit, as
+// on a full disk) leaves the original as it was and says why in French.
+TEST(Reecriture, UneEcritureRateeLaisseLOriginal) {
+  const QByteArray source = FichierAppareil({"Canon", false, false, false, false}) + QByteArray(200000, 'x');
+  const QString chemin = Ecrire("limite.jpg", source);
+  CImage image;
+  ASSERT_TRUE(image.ReadImage(chemin));
+  image.JPEG()->JPEGComment().Content = "nouveau commentaire";
+  rlimit avant{};
+  getrlimit(RLIMIT_FSIZE, &avant);
+  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit petite = avant;
+  petite.rlim_cur = 100000;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
+  const bool ecrit = image.WriteImage(chemin);
+  setrlimit(RLIMIT_FSIZE, &avant);
+  std::signal(SIGXFSZ, signal);
+  EXPECT_FALSE(ecrit);
+  EXPECT_TRUE(image.Erreur().contains("taille permise")) << image.Erreur().toStdString();
+  EXPECT_TRUE(image.Erreur().contains("resté tel qu'il était"));
+  EXPECT_EQ(Lire(chemin), source);
+  EXPECT_EQ(QDir(QDir::currentPath()).entryList(QDir::Files), QStringList{"limite.jpg"});
+  // A folder is no file to rewrite.
+  CImage dossier;
+  EXPECT_FALSE(dossier.ReadImage(QDir::currentPath()));
+  EXPECT_TRUE(dossier.Erreur().contains("c'est un dossier")) << dossier.Erreur().toStdString();
 }
 
 // A TIFF keeps its strips and every directory the edit does not concern.
