@@ -137,7 +137,7 @@ int Executer(const QStringList& arguments) {
   QString sortie, fabricant = QStringLiteral("Demo"), modele = QStringLiteral("APN-Demo");
   double pix = 400, mic = 100, focale = 7.5;
   const auto usage = [] {
-    Ligne(QLatin1String("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+    Ligne(QLatin1String("Usage : tessellographe-cli ") + QString::fromUtf8(kUsage), stderr);
     return 2;
   };
   for (int i = 0; i < arguments.size(); ++i) {
@@ -205,7 +205,7 @@ int Executer(const QStringList& arguments) {
   return 0;
 }
 
-const Enregistrement enregistrement("echantillon", kUsage, Executer);
+const Enregistrement enregistrement("echantillon", kUsage, Executer, Dessin::Oui);
 
 }  // namespace
 }  // namespace tg::cli

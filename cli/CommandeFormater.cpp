@@ -37,7 +37,7 @@ const char* const kUsage =
 
 int Usage(const QString& raison) {
   if (!raison.isEmpty()) Ligne(raison, stderr);
-  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QString::fromUtf8(kUsage), stderr);
   return 2;
 }
 
@@ -224,8 +224,8 @@ int Formater(const QStringList& arguments) {
   return 0;
 }
 
-const Enregistrement enregistrement(
-    "formater", kUsage, Formater);
+// Fonts and pictures: the one command, with echantillon, that draws.
+const Enregistrement enregistrement("formater", kUsage, Formater, Dessin::Oui);
 
 }  // namespace
 }  // namespace tg::cli

@@ -34,7 +34,7 @@ const char* const kUsage =
 int Lister(const QStringList& options) {
   const bool json = options.contains(QStringLiteral("--json"));
   if (options.size() > (json ? 1 : 0)) {
-    Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+    Ligne(QStringLiteral("Usage : tessellographe-cli ") + QString::fromUtf8(kUsage), stderr);
     return 2;
   }
   const QString separateur = SeparateurDecimalSysteme();
@@ -86,7 +86,7 @@ int Ajouter(const QStringList& options) {
   for (qsizetype i = 0; i < options.size(); i += 2) {
     const auto it = kChamps.find(options[i]);
     if (it == kChamps.end() || i + 1 >= options.size()) {
-      Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+      Ligne(QStringLiteral("Usage : tessellographe-cli ") + QString::fromUtf8(kUsage), stderr);
       return 2;
     }
     champs[size_t(it->second)] = options[i + 1];
@@ -117,7 +117,7 @@ int Tables(const QStringList& arguments) {
   const QString action = arguments.value(0);
   if (action == u"lister") return Lister(arguments.mid(1));
   if (action == u"ajouter") return Ajouter(arguments.mid(1));
-  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QLatin1String(kUsage), stderr);
+  Ligne(QStringLiteral("Usage : tessellographe-cli ") + QString::fromUtf8(kUsage), stderr);
   return 2;
 }
 

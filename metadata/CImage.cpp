@@ -26,12 +26,14 @@ bool CImage::ReadImage(const QString& path) {
   erreur_.clear();
   format_.reset();
   QByteArray octets;
-  if (!LireFichier(path, octets, &erreur_)) return false;
+  if (!LireFichierProjete(path, octets, fichier_, &erreur_)) return false;
   ImageType = TypeDepuisOctets(octets.left(17), ImageType);
   switch (ImageType) {
     case TypeJPEG: {
       auto j = std::make_unique<CJPEG>();
       j->LireOctets(octets, path);
+      // The bytes read are the whole file from its start: the writer may copy from it.
+      if (fichier_ && fichier_->isOpen()) j->SetDescripteurSource(fichier_->handle());
       format_ = std::move(j);
       return true;
     }
@@ -71,8 +73,8 @@ bool CImage::WriteImage(const QString& path) {
       erreur_ = QStringLiteral("Aucune image lue : le fichier %1 n'est pas réécrit.").arg(path);
     return false;
   }
-  QByteArray sortie;
-  return format_->Ecrire(sortie, &erreur_) && RemplacerFichier(path, sortie, &erreur_);
+  return RemplacerFichierPar(
+      path, [this](QIODevice& f, QString* e) { return format_->EcrireVers(f, e); }, &erreur_);
 }
 
 }  // namespace tg::meta

@@ -2,6 +2,7 @@
 // The dispatcher: recognises a picture file by its first bytes and holds the
 // object of its format.
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <memory>
 
@@ -40,6 +41,8 @@ class CImage {
   QString Erreur() const { return erreur_; }
 
  private:
+  // The file mapped for reading; it outlives the format object, whose bytes point into it.
+  std::unique_ptr<QFile> fichier_;
   std::unique_ptr<CFormatImage> format_;
   QString erreur_;
 };

@@ -1,6 +1,9 @@
 #include "metadata/CJPEG.h"
 
+#include <QFileDevice>
 #include <algorithm>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "metadata/Octets.h"
 
@@ -114,6 +117,7 @@ bool CJPEG::ReadJPEG(const QString& path, QString* erreur) {
 
 void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
   chemin_ = path;
+  descripteurSource_ = -1;
   source_ = fichier;
   parcours_ = ParcourirSegments(source_);
   exif_.reset();
@@ -173,6 +177,8 @@ bool CJPEG::EstIptcLu(const CMarker& m) const {
 
 namespace {
 const QByteArray kMPF("MPF\0", 4);
+// Runs of at least this many bytes are copied by the system (copy_file_range).
+constexpr int64_t kCopieSysteme = 256 * 1024;
 
 bool EstMPF(const char* segment, int64_t longueur) {
   return longueur >= 8 && uint8_t(segment[1]) == 0xE2 && QByteArray::fromRawData(segment + 4, 4) == kMPF;
@@ -219,8 +225,8 @@ bool DecalerMPF(QByteArray& segment, int64_t decalage) {
   return false;
 }
 
-bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
-  sortie.clear();
+bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
+  morceaux.clear();
   if (parcours_.positionScan == 0) {
     if (erreur)
       *erreur = QStringLiteral(
@@ -262,53 +268,98 @@ bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
   if (insertion < segments.size() && EstExifLu(segments[insertion])) ++insertion;
 
   const char* source = source_.constData();
-  sortie.reserve(source_.size() + exif.size() + iptc.size() + commentaire.size());
-  sortie.append(source, 2);
+  int64_t position = 0;
+  auto ajouter = [&](const char* debut, int64_t taille) {
+    if (taille > 0) morceaux.push_back({debut, taille, {}});
+    position += taille;
+  };
+  auto ajouterPropre = [&](const QByteArray& b) {
+    if (!b.isEmpty()) morceaux.push_back({nullptr, b.size(), b});
+    position += b.size();
+  };
   struct MPF {
-    int64_t sortie, source, longueur;
+    size_t morceau;
+    int64_t sortie, source;
   };
   std::vector<MPF> mpf;
+  ajouter(source, 2);
   bool iptcEcrit = false, commentaireEcrit = false;
   for (size_t i = 0; i <= segments.size(); ++i) {
     if (i == insertion) {
-      if (exifChange && !exifEnPlace) sortie.append(exif);
-      if (iptcChange && !iptcEnPlace) sortie.append(iptc);
-      if (commentaireChange && !commentaireEnPlace) sortie.append(commentaire);
+      if (exifChange && !exifEnPlace) ajouterPropre(exif);
+      if (iptcChange && !iptcEnPlace) ajouterPropre(iptc);
+      if (commentaireChange && !commentaireEnPlace) ajouterPropre(commentaire);
     }
     if (i == segments.size()) break;
     const CMarker& m = segments[i];
     const int64_t debut = m.lpData - 1;
     if (exifEnPlace && EstExifLu(m)) {
-      sortie.append(exif);
+      ajouterPropre(exif);
     } else if (iptcEnPlace && EstIptcLu(m)) {
-      if (!iptcEcrit) sortie.append(iptc);  // the first one read takes the whole block
+      if (!iptcEcrit) ajouterPropre(iptc);  // the first one read takes the whole block
       iptcEcrit = true;
     } else if (commentaireEnPlace && m.Marker == kCOM) {
-      if (!commentaireEcrit) sortie.append(commentaire);
+      if (!commentaireEcrit) ajouterPropre(commentaire);
       commentaireEcrit = true;
     } else {
-      if (EstMPF(source + debut, m.Length)) mpf.push_back({sortie.size(), debut, m.Length});
-      sortie.append(source + debut, m.Length);  // the walk checked the bounds
+      if (EstMPF(source + debut, m.Length)) mpf.push_back({morceaux.size(), position, debut});
+      ajouter(source + debut, m.Length);  // the walk checked the bounds
     }
   }
   // The scan data and everything after it (other pictures, trailers) as they stand.
-  const int64_t scan = sortie.size();
-  sortie.append(source + parcours_.positionScan - 1, parcours_.longueurScan);
+  const int64_t scan = position;
+  ajouter(source + parcours_.positionScan - 1, parcours_.longueurScan);
 
   // A multi-picture segment points past the scan: what moved between the two
   // moves its offsets.
   for (const MPF& m : mpf) {
     const int64_t decalage = (scan - (parcours_.positionScan - 1)) - (m.sortie - m.source);
     if (decalage == 0) continue;
-    QByteArray segment = sortie.mid(m.sortie, m.longueur);
-    if (DecalerMPF(segment, decalage)) sortie.replace(m.sortie, m.longueur, segment);
+    Morceau& morceau = morceaux[m.morceau];
+    QByteArray segment(morceau.debut, morceau.taille);
+    if (DecalerMPF(segment, decalage)) morceau = {nullptr, segment.size(), segment};
+  }
+  return true;
+}
+
+bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {
+  sortie.clear();
+  std::vector<Morceau> morceaux;
+  if (!Plan(morceaux, erreur)) return false;
+  int64_t total = 0;
+  for (const Morceau& m : morceaux) total += m.taille;
+  sortie.reserve(total);
+  for (const Morceau& m : morceaux)
+    sortie.append(m.debut ? m.debut : m.propre.constData(), m.taille);
+  return true;
+}
+
+bool CJPEG::EcrireVers(QIODevice& f, QString* erreur) {
+  std::vector<Morceau> morceaux;
+  if (!Plan(morceaux, erreur)) return false;
+  auto* fichier = qobject_cast<QFileDevice*>(&f);
+  for (const Morceau& m : morceaux) {
+    // Large runs of the source go from file to file inside the system, as
+    // cp copies them; anything else, or a system that cannot, through write.
+    if (m.debut && m.taille >= kCopieSysteme && descripteurSource_ >= 0 && fichier && fichier->flush()) {
+      loff_t depuis = m.debut - source_.constData();
+      int64_t reste = m.taille;
+      while (reste > 0) {
+        const ssize_t n = copy_file_range(descripteurSource_, &depuis, fichier->handle(), nullptr, size_t(reste), 0);
+        if (n <= 0) break;
+        reste -= n;
+      }
+      if (reste == 0) continue;
+      if (reste != m.taille) return false;  // part copied: no way back to a consistent file
+    }
+    if (f.write(m.debut ? m.debut : m.propre.constData(), m.taille) != m.taille) return false;
   }
   return true;
 }
 
 bool CJPEG::WriteJPEG(const QString& path, QString* erreur) {
-  QByteArray sortie;
-  return Ecrire(sortie, erreur) && RemplacerFichier(path, sortie, erreur);
+  return RemplacerFichierPar(
+      path, [this](QIODevice& f, QString* e) { return EcrireVers(f, e); }, erreur);
 }
 
 std::unique_ptr<QFile> CJPEG::OpenFile(const QString& path) {

@@ -3,6 +3,7 @@
 // library reads: JFIF (APP0), the comment (COM), EXIF (APP1).
 #include <QByteArray>
 #include <QFile>
+#include <QIODevice>
 #include <QString>
 #include <memory>
 #include <vector>
@@ -20,6 +21,12 @@ class CFormatImage {
   // The whole file rebuilt with the metadata held; false with a French
   // message when it cannot be.
   virtual bool Ecrire(QByteArray& sortie, QString* erreur) = 0;
+  // The same written to `f`; a format that can, writes the bytes it keeps
+  // straight from the source rather than through a copy of the whole file.
+  virtual bool EcrireVers(QIODevice& f, QString* erreur) {
+    QByteArray sortie;
+    return Ecrire(sortie, erreur) && f.write(sortie) == sortie.size();
+  }
 };
 
 // The segment walk: after FF D8, segments up to the first bytes that are not
@@ -85,6 +92,7 @@ class CJPEG : public CFormatImage {
   // or removed between it and the pictures it points to.
   bool WriteJPEG(const QString& path, QString* erreur = nullptr);
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
+  bool EcrireVers(QIODevice& f, QString* erreur) override;
 
   // Handle of an existing file opened for reading and writing; nullptr when it cannot be.
   static std::unique_ptr<QFile> OpenFile(const QString& path);
@@ -100,9 +108,20 @@ class CJPEG : public CFormatImage {
   int64_t PositionScan() const { return parcours_.positionScan; }
   int64_t LongueurScan() const { return parcours_.longueurScan; }
   const QByteArray& Source() const { return source_; }
+  // The open file whose mapping Source() is, when it is one: the writer then
+  // copies large runs from it inside the system. -1 otherwise.
+  void SetDescripteurSource(int descripteur) { descripteurSource_ = descripteur; }
   QString Chemin() const { return chemin_; }
 
  private:
+  // A piece of the file to write: bytes of the source, or bytes of its own.
+  struct Morceau {
+    const char* debut = nullptr;
+    int64_t taille = 0;
+    QByteArray propre;
+  };
+  // The pieces of the rewritten file, in order.
+  bool Plan(std::vector<Morceau>& morceaux, QString* erreur);
   bool EstExifLu(const CMarker& m) const;
   bool EstIptcLu(const CMarker& m) const;
 
@@ -115,6 +134,7 @@ class CJPEG : public CFormatImage {
   CJFIF jfif_;
   CJPEGComment commentaire_;
   QString commentaireLu_;  // the text as read, to tell whether it changed
+  int descripteurSource_ = -1;
   QByteArray iptcLu_;      // the datasets as read, as bytes
 };
 

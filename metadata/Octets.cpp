@@ -246,20 +246,51 @@ bool LireFichier(const QString& chemin, QByteArray& octets, QString* erreur) {
   return true;
 }
 
-bool RemplacerFichier(const QString& chemin, const QByteArray& octets, QString* erreur) {
+bool LireFichierProjete(const QString& chemin, QByteArray& octets, std::unique_ptr<QFile>& fichier,
+                        QString* erreur) {
+  auto echec = [&](int code) {
+    if (erreur) *erreur = QStringLiteral("Le fichier %1 ne peut pas être lu : %2.").arg(chemin, CauseSysteme(code));
+    fichier.reset();
+    return false;
+  };
+  octets.clear();
+  if (QFileInfo(chemin).isDir()) return echec(EISDIR);
+  fichier = std::make_unique<QFile>(chemin);
+  errno = 0;
+  if (!fichier->open(QIODevice::ReadOnly)) return echec(errno ? errno : ENOENT);
+  const qint64 taille = fichier->size();
+  if (taille == 0) return true;
+  if (const uchar* carte = fichier->map(0, taille)) {
+    octets = QByteArray::fromRawData(reinterpret_cast<const char*>(carte), taille);
+    return true;
+  }
+  octets = fichier->readAll();  // a file that cannot be mapped (a pipe, some file systems)
+  if (fichier->error() != QFileDevice::NoError) return echec(errno ? errno : EIO);
+  return true;
+}
+
+bool RemplacerFichierPar(const QString& chemin,
+                         const std::function<bool(QIODevice&, QString*)>& ecrire, QString* erreur) {
   // A temporary file beside the target, flushed to disk, then renamed over
   // it: until then the original stays as it was.
   QSaveFile f(chemin);
   errno = 0;
-  if (!f.open(QIODevice::WriteOnly) || f.write(octets) != octets.size() || !f.commit()) {
+  QString refus;
+  if (!f.open(QIODevice::WriteOnly) || !ecrire(f, &refus) || !f.commit()) {
     const int code = errno ? errno : EIO;
     f.cancelWriting();
     if (erreur)
-      *erreur = QStringLiteral("Le fichier %1 n'a pas pu être écrit : %2. Il est resté tel qu'il était.")
-                    .arg(chemin, CauseSysteme(code));
+      *erreur = !refus.isEmpty() ? refus
+                                 : QStringLiteral("Le fichier %1 n'a pas pu être écrit : %2. Il est resté tel qu'il était.")
+                                       .arg(chemin, CauseSysteme(code));
     return false;
   }
   return true;
+}
+
+bool RemplacerFichier(const QString& chemin, const QByteArray& octets, QString* erreur) {
+  return RemplacerFichierPar(
+      chemin, [&octets](QIODevice& f, QString*) { return f.write(octets) == octets.size(); }, erreur);
 }
 
 }  // namespace tg::meta

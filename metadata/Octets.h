@@ -7,8 +7,13 @@
 // turned into pointers. The byte order is in the function's name, or given as
 // an Ordre for the TIFF structures that carry theirs.
 #include <QByteArray>
+#include <QIODevice>
 #include <QString>
 #include <cstdint>
+#include <functional>
+#include <memory>
+
+class QFile;
 
 namespace tg::meta {
 
@@ -95,9 +100,18 @@ QByteArray VersCp1252(const QString& texte);
 // The French words for a system error code (ENOSPC: "le disque est plein").
 QString CauseSysteme(int code);
 // Reads a whole file; false with a French message when it cannot be read.
+// LireFichierProjete maps it instead of copying it: `octets` points into the
+// mapping, which `fichier` holds and must outlive every use of `octets`.
+bool LireFichierProjete(const QString& chemin, QByteArray& octets, std::unique_ptr<QFile>& fichier,
+                        QString* erreur = nullptr);
 bool LireFichier(const QString& chemin, QByteArray& octets, QString* erreur = nullptr);
 // Writes `octets` to a temporary file beside `chemin` and replaces `chemin`
 // only once it is complete; false (target untouched) with a French message.
 bool RemplacerFichier(const QString& chemin, const QByteArray& octets, QString* erreur = nullptr);
+// The same with the bytes written by `ecrire` into the temporary file; a
+// false from it (its French message in `erreur`) leaves the target untouched.
+bool RemplacerFichierPar(const QString& chemin,
+                         const std::function<bool(QIODevice&, QString*)>& ecrire,
+                         QString* erreur = nullptr);
 
 }  // namespace tg::meta
