@@ -110,10 +110,7 @@ QByteArray EcrireRtf(const QList<LigneRapport>& lignes, const Vignette& vignette
 
 bool EnregistrerRtf(const QString& chemin, const QList<LigneRapport>& lignes,
                     const Vignette& vignette) {
-  QSaveFile f(chemin);
-  if (!f.open(QIODevice::WriteOnly)) return false;
-  f.write(EcrireRtf(lignes, vignette));
-  return f.commit();
+  return RemplacerFichierSur(chemin, EcrireRtf(lignes, vignette));
 }
 
 namespace {
@@ -186,10 +183,7 @@ QByteArray EcrireRtf(const QTextDocument& doc, const Vignette& vignette) {
 }
 
 bool EnregistrerRtf(const QString& chemin, const QTextDocument& doc, const Vignette& vignette) {
-  QSaveFile f(chemin);
-  if (!f.open(QIODevice::WriteOnly)) return false;
-  f.write(EcrireRtf(doc, vignette));
-  return f.commit();
+  return RemplacerFichierSur(chemin, EcrireRtf(doc, vignette));
 }
 
 }  // namespace tg

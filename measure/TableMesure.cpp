@@ -112,13 +112,32 @@ bool DecoderEnr(const QByteArray& octets, EnrMesure& e) {
 bool FichierMesure::Ouvrir(const QString& chemin) {
   Fermer();
   erreur_ = {};
-  f_.setFileName(chemin);
-  if (!f_.open(QIODevice::ReadWrite)) return Echec(75, QStringLiteral("Path/File access error"));
+  chemin_ = chemin;
+  QFile f(chemin);
+  if (!f.exists()) {
+    // Created empty, as opening always did.
+    if (!RemplacerFichierSur(chemin, QByteArray()))
+      return Echec(75, QStringLiteral("Path/File access error"));
+  } else if (!f.open(QIODevice::ReadOnly)) {
+    return Echec(75, QStringLiteral("Path/File access error"));
+  } else {
+    donnees_ = f.readAll();
+    if (f.error() != QFileDevice::NoError) return Echec(75, QStringLiteral("Path/File access error"));
+  }
+  surDisque_ = donnees_;
+  ouvert_ = true;
   return true;
 }
 
 void FichierMesure::Fermer() {
-  if (f_.isOpen()) f_.close();
+  if (ouvert_ && modifie_) {
+    differe_ = 0;
+    Enregistrer();
+  }
+  ouvert_ = modifie_ = false;
+  differe_ = 0;
+  donnees_.clear();
+  surDisque_.clear();
 }
 
 bool FichierMesure::Echec(int numero, const QString& texte) {
@@ -127,8 +146,8 @@ bool FichierMesure::Echec(int numero, const QString& texte) {
 }
 
 int FichierMesure::LireEntete() {
-  if (!f_.isOpen() || !f_.seek(0)) return 0;
-  QByteArray o = f_.read(8);
+  if (!ouvert_) return 0;
+  QByteArray o = donnees_.left(8);
   if (o.size() < 4) return 0;
   o.resize(8, '\0');
   Lecteur l(o);
@@ -148,12 +167,30 @@ int FichierMesure::LireEntete() {
   return 0;  // empty or a type no version ever wrote
 }
 
-bool FichierMesure::Ecrire(qint64 position, const QByteArray& octets) {
-  if (!f_.isOpen()) return Echec(52, QStringLiteral("Bad file name or number"));
-  // Seeking past the end and writing extends the file with zeros.
-  if (!f_.seek(position) || f_.write(octets) != octets.size() || !f_.flush())
+bool FichierMesure::Enregistrer() {
+  modifie_ = false;
+  if (!RemplacerFichierSur(chemin_, donnees_)) {
+    // The change is dropped: the file and what is read of it stay as they were.
+    donnees_ = surDisque_;
     return Echec(75, QStringLiteral("Path/File access error"));
+  }
+  surDisque_ = donnees_;
   return true;
+}
+
+bool FichierMesure::Valider() {
+  if (differe_ > 0) --differe_;
+  if (differe_ > 0 || !modifie_) return true;
+  return Enregistrer();
+}
+
+bool FichierMesure::Ecrire(qint64 position, const QByteArray& octets) {
+  if (!ouvert_) return Echec(52, QStringLiteral("Bad file name or number"));
+  // Writing past the end extends the file with zeros.
+  if (donnees_.size() < position + octets.size()) donnees_.resize(position + octets.size(), '\0');
+  donnees_.replace(position, octets.size(), octets);
+  modifie_ = true;
+  return differe_ > 0 || Enregistrer();
 }
 
 bool FichierMesure::EcrireEntete(int16_t nbEnreg) {
@@ -164,10 +201,9 @@ bool FichierMesure::EcrireEntete(int16_t nbEnreg) {
 }
 
 bool FichierMesure::LireEnr(int k, EnrMesure& e) {
-  if (!f_.isOpen()) return Echec(52, QStringLiteral("Bad file name or number"));
+  if (!ouvert_) return Echec(52, QStringLiteral("Bad file name or number"));
   if (k < 1) return Echec(63, QStringLiteral("Bad record number"));
-  QByteArray o;
-  if (f_.seek(Debut(k))) o = f_.read(kLongueurSlot);
+  QByteArray o = donnees_.mid(Debut(k), kLongueurSlot);
   o.resize(kLongueurSlot, '\0');
   if (!DecoderEnr(o, e)) return Echec(59, QStringLiteral("Bad record length"));
   return true;
@@ -197,24 +233,29 @@ bool AjouterTable(FichierMesure& f, int& nbEnreg, const EnrMesure& e) {
     return false;
   }
   ++nbEnreg;
-  if (!f.EcrireEntete(int16_t(nbEnreg))) return false;
-  return f.EcrireEnr(nbEnreg, e);
+  f.Differer();
+  const bool ecrit = f.EcrireEntete(int16_t(nbEnreg)) && f.EcrireEnr(nbEnreg, e);
+  return f.Valider() && ecrit;
 }
 
 bool SupprimerTable(FichierMesure& f, int& k, int& nbEnreg, bool& fichierSupprime) {
   fichierSupprime = false;
   if (k < 2 || k > nbEnreg) return false;
+  // The move, the erasure and the new header reach the disk together.
+  f.Differer();
+  bool ecrit = true;
   if (k == nbEnreg) {
-    if (!f.EffacerSlot(k)) return false;
-    --k;
+    ecrit = f.EffacerSlot(k);
+    if (ecrit) --k;
   } else {
     EnrMesure dernier;
-    if (!f.LireEnr(nbEnreg, dernier) || !f.EcrireEnr(k, dernier)) return false;
-    TableMesure() = dernier;
-    if (!f.EffacerSlot(nbEnreg)) return false;
+    ecrit = f.LireEnr(nbEnreg, dernier) && f.EcrireEnr(k, dernier);
+    if (ecrit) TableMesure() = dernier;
+    ecrit = ecrit && f.EffacerSlot(nbEnreg);
   }
+  ecrit = ecrit && f.EcrireEntete(int16_t(nbEnreg - 1));
+  if (!f.Valider() || !ecrit) return false;
   --nbEnreg;
-  if (!f.EcrireEntete(int16_t(nbEnreg))) return false;
   if (k == 1) {
     const QString chemin = f.Chemin();
     f.Fermer();
@@ -240,9 +281,9 @@ void EffacerFichierMesureVide() {
 void RemplacerParTableConfig() {
   const QString cfg = CheminTableMesureCfg();
   if (!FileExists(cfg)) return;
-  const QString dat = CheminTableMesure();
-  QFile::remove(dat);
-  QFile::copy(cfg, dat);  // not tested: the .cfg goes either way
+  // The pending table replaces the old one whole, or not at all; the .cfg
+  // goes either way.
+  CopierFichierSur(cfg, CheminTableMesure());
   QFile::remove(cfg);
 }
 

@@ -53,8 +53,12 @@ struct ErreurTable {
   QString texte;
 };
 
-// table_mesure.dat held open for one operation. Opening creates the file empty
-// when it is missing, which is why readers test that it exists first.
+// table_mesure.dat held for one operation. Opening creates the file empty
+// when it is missing, which is why readers test that it exists first. The
+// file is read whole; every change replaces it whole, through a temporary
+// file flushed and renamed, so that the file on disk is always an old or a
+// new one, never half written. Between Differer() and Valider() changes
+// stay in memory and go to disk together.
 class FichierMesure {
  public:
   FichierMesure() = default;
@@ -63,9 +67,10 @@ class FichierMesure {
   ~FichierMesure() { Fermer(); }
 
   bool Ouvrir(const QString& chemin = CheminTableMesure());
+  // Writes what is left deferred, then forgets the file.
   void Fermer();
-  bool EstOuvert() const { return f_.isOpen(); }
-  QString Chemin() const { return f_.fileName(); }
+  bool EstOuvert() const { return ouvert_; }
+  QString Chemin() const { return chemin_; }
 
   // The header's value; 0 for an empty or short file or an unknown type tag.
   // A value below 1 means no tables.
@@ -80,18 +85,27 @@ class FichierMesure {
   // A 16-bit zero at the start of slot k (the mark of a deleted record).
   bool EffacerSlot(int k);
 
+  // Changes kept in memory until Valider, which writes them at once.
+  void Differer() { ++differe_; }
+  bool Valider();
+
   const ErreurTable& Erreur() const { return erreur_; }
 
  private:
   bool Ecrire(qint64 position, const QByteArray& octets);
+  bool Enregistrer();
   bool Echec(int numero, const QString& texte);
-  QFile f_;
+  QString chemin_;
+  QByteArray donnees_;    // the whole file, with the changes not yet written
+  QByteArray surDisque_;  // the whole file as it is on disk
+  bool ouvert_ = false;
+  bool modifie_ = false;
+  int differe_ = 0;
   ErreurTable erreur_;
 };
 
-// Appends `e` as slot nbEnreg + 1: the header first, then the record, so a
-// failure between the two leaves a header counting a slot of undefined bytes.
-// nbEnreg below 1 counts as 1 (no tables).
+// Appends `e` as slot nbEnreg + 1: the header and the record reach the disk
+// together. nbEnreg below 1 counts as 1 (no tables).
 bool AjouterTable(FichierMesure& f, int& nbEnreg, const EnrMesure& e);
 
 // Deletes the table of slot k (2 .. nbEnreg): the last record moves into the

@@ -273,10 +273,13 @@ bool RemplacerFichierPar(const QString& chemin,
                          const std::function<bool(QIODevice&, QString*)>& ecrire, QString* erreur) {
   // A temporary file beside the target, flushed to disk, then renamed over
   // it: until then the original stays as it was.
+  // Unbuffered, because a buffered write that fails at commit is committed
+  // short all the same (Qt 6.4): each write is checked by `ecrire` instead.
   QSaveFile f(chemin);
   errno = 0;
   QString refus;
-  if (!f.open(QIODevice::WriteOnly) || !ecrire(f, &refus) || !f.commit()) {
+  if (!f.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !ecrire(f, &refus) || !f.flush() ||
+      !f.commit()) {
     const int code = errno ? errno : EIO;
     f.cancelWriting();
     if (erreur)

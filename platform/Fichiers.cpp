@@ -70,6 +70,28 @@ bool LireLignes(const QString& chemin, QStringList& lignes) {
   return true;
 }
 
+bool RemplacerFichierSur(const QString& chemin, const QByteArray& octets) {
+  // QSaveFile writes beside the target, flushes the data (fdatasync) and
+  // renames over it: a crash or a full disk leaves the old file whole.
+  // Unbuffered, because a buffered write that fails at commit is committed
+  // short all the same (Qt 6.4): each write is checked here instead.
+  QSaveFile f(chemin);
+  if (!f.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) return false;
+  if (f.write(octets) != octets.size() || !f.flush()) {
+    f.cancelWriting();
+    return false;
+  }
+  return f.commit();
+}
+
+bool CopierFichierSur(const QString& source, const QString& cible) {
+  QFile f(source);
+  if (!f.open(QIODevice::ReadOnly)) return false;
+  const QByteArray octets = f.readAll();
+  if (f.error() != QFileDevice::NoError) return false;
+  return RemplacerFichierSur(cible, octets);
+}
+
 bool EcrireLignes(const QString& chemin, const QStringList& lignes) {
   QByteArray octets;
   for (const QString& l : lignes) {
@@ -77,13 +99,7 @@ bool EcrireLignes(const QString& chemin, const QStringList& lignes) {
     octets += "\r\n";
   }
   // The target is replaced only once the whole text is on disk.
-  QSaveFile f(chemin);
-  if (!f.open(QIODevice::WriteOnly)) return false;
-  if (f.write(octets) != octets.size()) {
-    f.cancelWriting();
-    return false;
-  }
-  return f.commit();
+  return RemplacerFichierSur(chemin, octets);
 }
 
 bool LireListe(const QString& chemin, QStringList& items) {

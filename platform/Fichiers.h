@@ -23,6 +23,13 @@ bool EcrireLignes(const QString& chemin, const QStringList& lignes);
 bool LireListe(const QString& chemin, QStringList& items);
 bool EcrireListe(const QString& chemin, const QStringList& items);
 
+// Replaces `chemin` by `octets` safely: a temporary file in the same folder,
+// flushed to disk, then renamed over the target, whose permissions it keeps.
+// False (target untouched, no temporary left) when it cannot be done.
+bool RemplacerFichierSur(const QString& chemin, const QByteArray& octets);
+// The same, copying `source` over `cible`.
+bool CopierFichierSur(const QString& source, const QString& cible);
+
 bool FileExists(const QString& chemin);
 bool FolderExists(const QString& chemin);
 

@@ -2,8 +2,11 @@
 // holds them, and the rules of appending, deleting and starting up.
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <csignal>
+#include <sys/resource.h>
 
 #include "tests/support/Octets.h"
 #include "measure/TableMesure.h"
@@ -85,6 +88,41 @@ TEST(TableMesureFichier, EcritLesMemesOctetsQueLeFichierDUnUtilisateur) {
   EXPECT_EQ(o.left(4), QByteArray("\x02\x00\x03\x00", 4));
   EXPECT_EQ(o.mid(kLongueurSlot, kEnr1.size()), kEnr1);
   EXPECT_EQ(o.mid(2 * kLongueurSlot, kEnr2.size()), kEnr2);
+}
+
+// A write that cannot be finished (a file size limit here, a full disk for a
+// user) leaves the tables as they were: the file is replaced whole or not at
+// all, and no temporary file stays behind.
+TEST(TableMesureFichier, UneEcritureRateeLaisseLeFichierEntier) {
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
+  QFile::setPermissions(CheminTableMesure(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+  const QByteArray avant = test::LireOctets(CheminTableMesure());
+  FichierMesure f;
+  ASSERT_TRUE(f.Ouvrir());
+  int nbEnreg = f.LireEntete();
+  rlimit limite{};
+  getrlimit(RLIMIT_FSIZE, &limite);
+  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit petite = limite;
+  petite.rlim_cur = rlim_t(avant.size() / 2);
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
+  const bool ajoute = AjouterTable(f, nbEnreg, kTable1);
+  setrlimit(RLIMIT_FSIZE, &limite);
+  std::signal(SIGXFSZ, signal);
+  EXPECT_FALSE(ajoute);
+  EXPECT_EQ(f.Erreur().numero, 75);
+  f.Fermer();
+  EXPECT_EQ(test::LireOctets(CheminTableMesure()), avant);
+  EXPECT_EQ(QDir(QFileInfo(CheminTableMesure()).path()).entryList(QDir::Files),
+            QStringList{QFileInfo(CheminTableMesure()).fileName()});
+  // Written whole, the file keeps the permissions it had.
+  ASSERT_TRUE(f.Ouvrir());
+  nbEnreg = f.LireEntete();
+  ASSERT_TRUE(AjouterTable(f, nbEnreg, kTable1));
+  f.Fermer();
+  EXPECT_EQ(QFile::permissions(CheminTableMesure()) & (QFile::ReadGroup | QFile::ReadOther),
+            QFile::ReadGroup);
+  EXPECT_EQ(NombreTables(), 3);
 }
 
 TEST(TableMesureFichier, UnRecordPlusCourtLaisseLaFinDuSlotEnPlace) {

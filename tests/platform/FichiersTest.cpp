@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 #include <QDir>
 #include <QFile>
 
@@ -118,6 +121,29 @@ TEST(Existence, FichierEtDossierNeSeConfondentPas) {
   EXPECT_FALSE(FileExists(dossier + "g.txt"));
   EXPECT_FALSE(FileExists(""));
   EXPECT_FALSE(FolderExists(""));
+}
+
+// A short write must never be committed: Qt 6.4 commits a buffered file
+// whose last write failed. A file size limit stands for a full disk.
+TEST(RemplacementSur, UneEcritureIncompleteLaisseLOriginal) {
+  const QString chemin = QDir::currentPath() + "/liste.dat";
+  ASSERT_TRUE(RemplacerFichierSur(chemin, QByteArray(1000, 'a')));
+  rlimit limite{};
+  getrlimit(RLIMIT_FSIZE, &limite);
+  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit petite = limite;
+  petite.rlim_cur = 600;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
+  const bool remplace = RemplacerFichierSur(chemin, QByteArray(1600, 'b'));
+  const bool lignes = EcrireLignes(chemin, QStringList(400, QStringLiteral("ligne")));
+  setrlimit(RLIMIT_FSIZE, &limite);
+  std::signal(SIGXFSZ, signal);
+  EXPECT_FALSE(remplace);
+  EXPECT_FALSE(lignes);
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), QByteArray(1000, 'a'));
+  EXPECT_EQ(QDir(QDir::currentPath()).entryList(QDir::Files), QStringList{"liste.dat"});
 }
 
 }  // namespace
