@@ -5,6 +5,7 @@
 
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "platform/Fichiers.h"
 #include "platform/Ini.h"
 #include "platform/Nombres.h"
 #include "platform/Systeme.h"
@@ -98,16 +99,9 @@ bool CopierResultat(const QString& cible) {
   const QString source = CheminResultat();
   if (cible.isEmpty() || !QFileInfo(source).isFile()) return false;
   if (QFileInfo(cible).absoluteFilePath() == QFileInfo(source).absoluteFilePath()) return true;
-  // Written beside the target first, so that a failed copy leaves the old file.
-  const QString temporaire = cible + QStringLiteral(".tmp");
-  QFile::remove(temporaire);
-  if (!QFile::copy(source, temporaire)) return false;
-  QFile::remove(cible);
-  if (!QFile::rename(temporaire, cible)) {
-    QFile::remove(temporaire);
-    return false;
-  }
-  return true;
+  // Written beside the target, flushed and renamed over it: a failed copy
+  // leaves the old file whole.
+  return CopierFichierSur(source, cible);
 }
 
 QString TexteListing(const SessionRecord& s) {

@@ -14,6 +14,9 @@
 #include <QImageReader>
 #include <QScreen>
 #include <QStringList>
+#include <QTemporaryFile>
+#include <fcntl.h>
+#include <unistd.h>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -234,9 +237,31 @@ bool cAdvancedImagery::IO_SaveImage(const Bitmap& image, const QString& chemin, 
   int options = 0;
   if (fif == FIF_JPEG && flags > 0) options = std::min(flags, 100);  // quality 1..100; 0 is the library's 75
   else if (fif != FIF_JPEG) options = flags;
-  const QByteArray nom = NomFichier(chemin);
+  // Written beside the target, flushed to disk and renamed over it: a
+  // failure (a full disk) leaves the old file whole.
+  const QFileInfo cible(chemin);
+  QTemporaryFile temporaire(cible.absolutePath() + QStringLiteral("/.") + cible.fileName() +
+                            QStringLiteral(".XXXXXX"));
+  if (!temporaire.open())
+    return Echec(QStringLiteral("Le fichier « %1 » ne peut pas être écrit : son dossier %2.")
+                     .arg(cible.fileName(), QFileInfo(cible.absolutePath()).isDir()
+                                                ? QStringLiteral("n'accepte pas de nouveau fichier")
+                                                : QStringLiteral("n'existe pas")));
+  temporaire.close();
+  const QByteArray nom = NomFichier(temporaire.fileName());
   if (!FreeImage_Save(fif, dib, nom.constData(), options))
     return EchecBibliotheque("Image could not be saved to " + chemin);
+  const int fd = ::open(nom.constData(), O_RDONLY | O_CLOEXEC);
+  const bool surDisque = fd >= 0 && ::fdatasync(fd) == 0;
+  if (fd >= 0) ::close(fd);
+  const auto droits = cible.exists() ? QFile::permissions(chemin)
+                                     : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser |
+                                           QFile::ReadGroup | QFile::ReadOther;
+  QFile::setPermissions(temporaire.fileName(), droits);
+  if (!surDisque || ::rename(nom.constData(), NomFichier(chemin).constData()) != 0)
+    return Echec(QStringLiteral("Le fichier « %1 » n'a pas pu être écrit en entier : il est resté tel qu'il était.")
+                     .arg(cible.fileName()));
+  temporaire.setAutoRemove(false);  // renamed: nothing left to remove
   return true;
 }
 

@@ -5,6 +5,10 @@
 
 #include <tuple>
 
+#include <csignal>
+#include <sys/resource.h>
+#include <QDir>
+
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -82,7 +86,7 @@ TEST_F(Imagerie, InvalidHandlesAndBadFilesGiveTheirTexts) {
 
   ASSERT_TRUE(ai.IO_CreateImage(sortie, 4, 4));
   EXPECT_FALSE(ai.IO_SaveImage(sortie, "absent/x.bmp", FormatBMP, 0));
-  EXPECT_TRUE(ai.Error_GetLast().startsWith("Image could not be saved")) << ai.Error_GetLast().toStdString();
+  EXPECT_EQ(ai.Error_GetLast(), "Le fichier « x.bmp » ne peut pas être écrit : son dossier n'existe pas.");
   EXPECT_FALSE(ai.Metadata_Get_EXIF(sortie, texte, 3));
 }
 
@@ -610,6 +614,38 @@ TEST_F(Imagerie, CreatedBitmapIsBlackAndScreenIsKnown) {
   ASSERT_TRUE(ai.Screen_Info(ecran));
   EXPECT_GT(ecran.largeur, 0);
   EXPECT_GT(ecran.hauteur, 0);
+}
+
+// A save that cannot be finished (a file size limit stands for a full disk)
+// leaves the old file whole and no temporary file beside it. (BMP: the
+// library's JPEG writer leaks its buffer when a write fails.)
+TEST_F(Imagerie, UnEnregistrementRateLaisseLAncienFichier) {
+  Bitmap image;
+  ASSERT_TRUE(ai.IO_CreateImage(image, 400, 300, 24));
+  for (int i = 0; i < 60; ++i) ASSERT_TRUE(ai.MemoryDC_FillRectangle(image, i * 6, i * 5, 30, 20, i * 0x030507));
+  const QString chemin = QDir::currentPath() + "/resultat.bmp";
+  ASSERT_TRUE(ai.IO_SaveImage(image, chemin, FormatBMP, 0));
+  QFile::setPermissions(chemin, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  const QByteArray avant = f.readAll();
+  f.close();
+  rlimit limite{};
+  getrlimit(RLIMIT_FSIZE, &limite);
+  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit petite = limite;
+  petite.rlim_cur = rlim_t(avant.size() / 2);
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
+  const bool enregistre = ai.IO_SaveImage(image, chemin, FormatBMP, 0);
+  setrlimit(RLIMIT_FSIZE, &limite);
+  std::signal(SIGXFSZ, signal);
+  EXPECT_FALSE(enregistre);
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), avant);
+  f.close();
+  EXPECT_EQ(QDir(QDir::currentPath()).entryList(QDir::Files | QDir::Hidden), QStringList{"resultat.bmp"});
+  ASSERT_TRUE(ai.IO_SaveImage(image, chemin, FormatBMP, 0));
+  EXPECT_EQ(QFile::permissions(chemin) & (QFile::ReadGroup | QFile::ReadOther), QFile::ReadGroup);
 }
 
 }  // namespace
