@@ -51,7 +51,11 @@ void CGIF::LireOctets(const QByteArray& fichier, const QString&) {
   while (true) {
     const int64_t debut = l.offset();
     uint8_t bloc = 0;
-    if (!l.u8(bloc) || bloc == kFin) break;
+    if (!l.u8(bloc)) break;
+    if (bloc == kFin) {
+      fin_ = debut;
+      break;
+    }
     if (bloc == kImage) {
       uint8_t local = 0;
       if (!l.skip(8) || !l.u8(local)) break;
@@ -72,33 +76,48 @@ void CGIF::LireOctets(const QByteArray& fichier, const QString&) {
     }
   }
   Comment = DepuisCp1252(commentaire);
+  commentLu_ = Comment;
 }
 
 bool CGIF::Ecrire(QByteArray& sortie, QString* erreur) {
   sortie.clear();
-  if (!lu_ || source_.isEmpty() || uint8_t(source_.back()) != kFin) {
+  if (!lu_ || fin_ < 0) {
     if (erreur)
       *erreur = QStringLiteral(
-          "Le fichier GIF ne se termine pas par son octet de fin (59) : il n'est pas réécrit.");
+          "Le fichier GIF est incomplet (ses blocs n'atteignent pas l'octet de fin) : il n'est pas réécrit.");
     return false;
   }
-  QByteArray corps = source_.left(source_.size() - 1);
-  for (auto it = commentaires_.rbegin(); it != commentaires_.rend(); ++it)
-    corps.remove(it->first, it->second - it->first);
-  EcrivainOctets e;
-  e.octets(corps);
+  if (Comment == commentLu_) {
+    sortie = source_;
+    return true;
+  }
+  EcrivainOctets bloc;
   const QByteArray texte = VersCp1252(Comment);
   if (!texte.isEmpty()) {
-    e.u8(kExtension);
-    e.u8(kCommentaire);
+    bloc.u8(kExtension);
+    bloc.u8(kCommentaire);
     for (qsizetype i = 0; i < texte.size(); i += kSousBloc) {
-      const QByteArray bloc = texte.mid(i, kSousBloc);
-      e.u8(uint8_t(bloc.size()));
-      e.octets(bloc);
+      const QByteArray morceau = texte.mid(i, kSousBloc);
+      bloc.u8(uint8_t(morceau.size()));
+      bloc.octets(morceau);
     }
-    e.u8(0);
+    bloc.u8(0);
   }
-  e.u8(kFin);
+  // The new comment in the place of the first old one, else before the trailer.
+  const int64_t place = commentaires_.empty() ? fin_ : commentaires_.front().first;
+  EcrivainOctets e;
+  int64_t position = 0;
+  auto copier = [&](int64_t jusqua) {
+    if (jusqua > position) e.octets(source_.mid(position, jusqua - position));
+  };
+  copier(place);
+  e.octets(bloc.donnees());
+  position = place;
+  for (const auto& [debut, finBloc] : commentaires_) {
+    copier(debut);
+    position = finBloc;
+  }
+  copier(source_.size());
   sortie = e.donnees();
   return true;
 }

@@ -37,10 +37,13 @@ class CGIF : public CFormatImage {
   void LireOctets(const QByteArray& fichier, const QString& path = {});
   bool Lu() const { return lu_; }
 
-  // The file without its comment extensions, then Comment as one comment
-  // extension (sub-blocks of 254 bytes at most, by choice), then the trailer.
-  // No block for an empty comment. False with a French message when the file
-  // does not end in the trailer byte.
+  // The file as read when Comment did not change. Otherwise every block
+  // but the comment extensions is copied as it stands, in order, and Comment
+  // goes as one comment extension (sub-blocks of 254 bytes at most, by
+  // choice) in the place of the first old one, or in front of the trailer
+  // when there was none; bytes after the trailer stay. No block for an empty
+  // comment. False with a French message when the blocks do not reach the
+  // trailer.
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
   bool WriteGIF(const QString& path, QString* erreur = nullptr);
 
@@ -48,6 +51,8 @@ class CGIF : public CFormatImage {
   QByteArray source_;
   // Start and end (exclusive) of each comment extension of the source.
   std::vector<std::pair<int64_t, int64_t>> commentaires_;
+  int64_t fin_ = -1;     // offset of the trailer byte; -1 when the walk did not reach it
+  QString commentLu_;  // Comment as read
   bool lu_ = false;
 };
 

@@ -240,7 +240,16 @@ void CPNG::LireOctets(const QByteArray& fichier, const QString&) {
     QByteArray donnees;
     if (!l.octets(longueur, donnees) || !l.u32be(c.CRC)) break;
     Chunks.push_back(c);
+    const int indice = int(Chunks.size()) - 1;
     const QByteArray& t = c.ChunkType;
+    // How each object writes its chunk right after reading it: a rewrite
+    // copies the original bytes as long as the object still writes that.
+    auto signer = [indice](auto& texte) {
+      texte.indiceChunk_ = indice;
+      EcrivainOctets e;
+      texte.WriteChunk(e);
+      texte.ecritALaLecture_ = e.donnees();
+    };
     if (t == "IEND") break;
     if (t == "IHDR") {
       CIHDR h;
@@ -250,13 +259,22 @@ void CPNG::LireOctets(const QByteArray& fichier, const QString&) {
       if (p.ReadChunk(donnees)) pHYS = p;
     } else if (t == "tIME") {
       CtIME m;
-      if (m.ReadChunk(donnees)) tIME = m;
+      if (m.ReadChunk(donnees)) {
+        tIME = m;
+        indiceTemps_ = indice;
+        EcrivainOctets e;
+        m.WriteChunk(e);
+        tempsALaLecture_ = e.donnees();
+      }
     } else if (t == "tEXt") {
       tEXt.emplace_back().ReadChunk(donnees);
+      signer(tEXt.back());
     } else if (t == "zTXt") {
       zTXt.emplace_back().ReadChunk(donnees);
+      signer(zTXt.back());
     } else if (t == "iTXt") {
       iTXt.emplace_back().ReadChunk(donnees);
+      signer(iTXt.back());
     }
   }
 }
@@ -269,34 +287,67 @@ bool CPNG::Ecrire(QByteArray& sortie, QString* erreur) {
           QStringLiteral("Le fichier PNG est incomplet (pas de bloc IEND) : il n'est pas réécrit.");
     return false;
   }
-  EcrivainOctets e;
-  e.octets(kSignature);
-  const LecteurOctets source(source_);
-  // The metadata chunks of the file are written again from the objects: they
-  // leave their places so that a rewrite never doubles them.
-  for (size_t i = 0; i + 1 < Chunks.size(); ++i) {
-    const CChunk& c = Chunks[i];
-    if (c.ChunkType == "tIME" || c.ChunkType == "tEXt" || c.ChunkType == "zTXt" ||
-        c.ChunkType == "iTXt")
-      continue;
-    QByteArray brut;
-    source.octetsAt(c.lpData - 8, int64_t(c.Length) + 12, brut);  // bounds checked by the walk
-    e.octets(brut);
-  }
-  if (tIME) tIME->WriteChunk(e);
   auto refus = [erreur](const QString& motCle) {
     if (erreur)
       *erreur =
           QStringLiteral("Mot-clé de texte PNG invalide (« %1 ») : 1 à 79 caractères.").arg(motCle);
     return false;
   };
+  // The chunk an object writes now, or its original bytes when that did not change.
+  const LecteurOctets source(source_);
+  auto original = [&](int indice) {
+    QByteArray brut;
+    const CChunk& c = Chunks[size_t(indice)];
+    source.octetsAt(c.lpData - 8, int64_t(c.Length) + 12, brut);  // bounds checked by the walk
+    return brut;
+  };
+  std::vector<QByteArray> remplacements(Chunks.size());
+  std::vector<bool> gardes(Chunks.size(), true);
+  for (size_t i = 0; i < Chunks.size(); ++i) {
+    const QByteArray& t = Chunks[i].ChunkType;
+    // Text chunks and the last tIME are kept only through their objects.
+    if (t == "tEXt" || t == "zTXt" || t == "iTXt" || int(i) == indiceTemps_) gardes[i] = false;
+  }
+  EcrivainOctets nouveaux;
+  auto placer = [&](const auto& objet) {
+    EcrivainOctets e;
+    if (!objet.WriteChunk(e)) return false;
+    if (objet.indiceChunk_ < 0 || size_t(objet.indiceChunk_) >= Chunks.size()) {
+      nouveaux.octets(e.donnees());
+    } else {
+      gardes[size_t(objet.indiceChunk_)] = true;
+      if (e.donnees() != objet.ecritALaLecture_) remplacements[size_t(objet.indiceChunk_)] = e.donnees();
+    }
+    return true;
+  };
+  EcrivainOctets temps;
+  if (tIME) {
+    EcrivainOctets e;
+    tIME->WriteChunk(e);
+    if (indiceTemps_ < 0) {
+      temps.octets(e.donnees());
+    } else {
+      gardes[size_t(indiceTemps_)] = true;
+      if (e.donnees() != tempsALaLecture_) remplacements[size_t(indiceTemps_)] = e.donnees();
+    }
+  }
   for (const CtEXt& t : tEXt)
-    if (!t.WriteChunk(e)) return refus(t.MotCleEcrit());
+    if (!placer(t)) return refus(t.MotCleEcrit());
   for (const CzTXt& t : zTXt)
-    if (!t.WriteChunk(e)) return refus(t.MotCleEcrit());
+    if (!placer(t)) return refus(t.MotCleEcrit());
   for (const CiTXt& t : iTXt)
-    if (!t.WriteChunk(e)) return refus(t.MotCleEcrit());
-  EcrireChunk(e, "IEND", QByteArray());
+    if (!placer(t)) return refus(t.MotCleEcrit());
+
+  EcrivainOctets e;
+  e.octets(kSignature);
+  for (size_t i = 0; i + 1 < Chunks.size(); ++i) {
+    if (!gardes[i]) continue;  // removed
+    e.octets(remplacements[i].isEmpty() ? original(int(i)) : remplacements[i]);
+  }
+  e.octets(temps.donnees());
+  e.octets(nouveaux.donnees());
+  // IEND and whatever follows it, as they stand.
+  e.octets(source_.mid(Chunks.back().lpData - 8));
   sortie = e.donnees();
   return true;
 }

@@ -81,6 +81,11 @@ class CTexteBase {
   // Data that could not be decoded are written back as they were read.
   QByteArray brut_;
   bool illisible_ = false;
+  // The chunk it was read from (index in Chunks), -1 for a new one, and the
+  // chunk as this object writes it when read: equal now, the original bytes
+  // are copied instead.
+  int indiceChunk_ = -1;
+  QByteArray ecritALaLecture_;
   friend class CPNG;
 };
 
@@ -124,10 +129,11 @@ class CPNG : public CFormatImage {
   void LireOctets(const QByteArray& fichier, const QString& path = {});
   bool Lu() const { return lu_; }
 
-  // The file with its chunks in order, but for its time and text chunks,
-  // which go from the objects held in front of IEND: time first, then tEXt,
-  // zTXt, iTXt. The image data are copied byte for byte. False with a French
-  // message without IEND.
+  // The file with every chunk copied as it stands and in its order, but for
+  // the text and time chunks that changed, written anew in their places; a
+  // removed one is left out, a new one goes in front of IEND (time first,
+  // then tEXt, zTXt, iTXt). IEND and anything after it stay. False with a
+  // French message without IEND.
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
   bool WritePNG(const QString& path, QString* erreur = nullptr);
 
@@ -140,6 +146,9 @@ class CPNG : public CFormatImage {
  private:
   QByteArray source_;
   bool lu_ = false;
+  // The tIME chunk read last (index in Chunks), and how tIME wrote then.
+  int indiceTemps_ = -1;
+  QByteArray tempsALaLecture_;
 };
 
 }  // namespace tg::meta
