@@ -225,6 +225,47 @@ bool DecalerMPF(QByteArray& segment, int64_t decalage) {
   return false;
 }
 
+namespace {
+
+// An AFCP trailer (the AXS File Concatenation Protocol: IPTC, previews
+// appended to the file) counts its offsets from the start of the file: when
+// the bytes in front of it move by `decalage`, its header's pointer in the
+// footer and its entries' offsets follow. `debut` receives the trailer's
+// start, `bloc` the trailer from there to the end of the file, patched.
+// False when the file has none after `depuis`, or none that reads whole.
+bool AjusterAFCP(const QByteArray& fichier, int64_t depuis, int64_t decalage, int64_t& debut,
+                 QByteArray& bloc) {
+  const LecteurOctets l(fichier);
+  // The footer: "AXS!" (big-endian) or "AXS*" (little-endian), then the
+  // trailer's start; other trailers may follow it to the end of the file.
+  for (qsizetype pied = fichier.lastIndexOf("AXS"); pied >= depuis && pied >= 0;
+       pied = pied > 0 ? fichier.lastIndexOf("AXS", pied - 1) : -1) {
+    if (pied + 12 > fichier.size() || (fichier.at(pied + 3) != '!' && fichier.at(pied + 3) != '*')) continue;
+    const Ordre o = fichier.at(pied + 3) == '!' ? Ordre::Motorola : Ordre::Intel;
+    uint32_t position = 0;
+    uint16_t entrees = 0;
+    if (!l.u32At(o, pied + 4, position) || int64_t(position) < depuis || int64_t(position) + 12 > pied ||
+        fichier.mid(position, 4) != fichier.mid(pied, 4) || !l.u16At(o, int64_t(position) + 6, entrees) ||
+        int64_t(position) + 12 + 12 * int64_t(entrees) > pied)
+      continue;
+    debut = position;
+    EcrivainOctets e;
+    e.octets(fichier.mid(position));
+    auto decaler = [&](int64_t champ) {
+      uint32_t v = 0;
+      l.u32At(o, champ, v);
+      if (int64_t(v) >= depuis) e.u32At(o, champ - debut, uint32_t(int64_t(v) + decalage));
+    };
+    decaler(pied + 4);
+    for (int i = 0; i < entrees; ++i) decaler(int64_t(position) + 12 + 12 * int64_t(i) + 8);
+    bloc = e.donnees();
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
   morceaux.clear();
   if (parcours_.positionScan == 0) {
@@ -306,9 +347,18 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
       ajouter(source + debut, m.Length);  // the walk checked the bounds
     }
   }
-  // The scan data and everything after it (other pictures, trailers) as they stand.
+  // The scan data and everything after it (other pictures, trailers) as they
+  // stand, but for an AFCP trailer's offsets, which follow what moved.
   const int64_t scan = position;
-  ajouter(source + parcours_.positionScan - 1, parcours_.longueurScan);
+  const int64_t debutScan = parcours_.positionScan - 1;
+  int64_t debutAFCP = 0;
+  QByteArray afcp;
+  if (scan != debutScan && AjusterAFCP(source_, debutScan, scan - debutScan, debutAFCP, afcp)) {
+    ajouter(source + debutScan, debutAFCP - debutScan);
+    ajouterPropre(afcp);
+  } else {
+    ajouter(source + debutScan, parcours_.longueurScan);
+  }
 
   // A multi-picture segment points past the scan: what moved between the two
   // moves its offsets.

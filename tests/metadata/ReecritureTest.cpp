@@ -399,6 +399,36 @@ TEST(Reecriture, UneEcritureRateeLaisseLOriginal) {
   EXPECT_TRUE(dossier.Erreur().contains("c'est un dossier")) << dossier.Erreur().toStdString();
 }
 
+// An AFCP trailer counts its offsets from the start of the file: they
+// follow the bytes a new comment inserts in front of it.
+TEST(Reecriture, LesOffsetsDUnTrailerAFCPSuivent) {
+  const QByteArray jpeg = JpegQt(32, 24);
+  const QByteArray iptc = QByteArray("\x1C\x02\x00\x00\x02\x00\x04\x1C\x02\x78\x00\x05Coupe", 17);
+  const uint32_t debut = uint32_t(jpeg.size()), donnees = debut + 24;
+  const QByteArray afcp = QByteArray("AXS!\x00\x01", 6) + U16(true, 1) + QByteArray(4, '\0') +
+                          QByteArray("IPTC") + U32(true, uint32_t(iptc.size())) + U32(true, donnees) + iptc +
+                          QByteArray("\0", 1) + QByteArray("AXS!") + U32(true, debut) + QByteArray(4, '\0');
+  const QString chemin = Ecrire("afcp.jpg", jpeg + afcp);
+  CImage image;
+  ASSERT_TRUE(image.ReadImage(chemin));
+  image.JPEG()->JPEGComment().Content = "un commentaire";
+  ASSERT_TRUE(image.WriteImage(chemin));
+  const QByteArray sortie = Lire(chemin);
+  const int64_t decalage = sortie.size() - (jpeg.size() + afcp.size());
+  ASSERT_GT(decalage, 0);
+  uint32_t nouveauDebut = 0, nouvellesDonnees = 0;
+  LecteurOctets(sortie).u32At(Ordre::Motorola, sortie.size() - 8, nouveauDebut);
+  EXPECT_EQ(nouveauDebut, debut + decalage);
+  EXPECT_EQ(sortie.mid(nouveauDebut, 4), "AXS!");
+  LecteurOctets(sortie).u32At(Ordre::Motorola, nouveauDebut + 12 + 8, nouvellesDonnees);
+  EXPECT_EQ(sortie.mid(nouvellesDonnees, iptc.size()), iptc);
+  if (!QStandardPaths::findExecutable("exiftool").isEmpty()) {
+    const QString vue = VueExiftool(chemin).join('\n');
+    EXPECT_TRUE(vue.contains("Caption-Abstract : Coupe")) << vue.toStdString();
+    EXPECT_FALSE(vue.contains("Warning")) << vue.toStdString();
+  }
+}
+
 // A TIFF keeps its strips and every directory the edit does not concern.
 TEST(Reecriture, TiffGardeSesOctetsEtSesRepertoires) {
   for (bool mm : {false, true}) {
