@@ -403,7 +403,7 @@ TEST(Reecriture, UneEcritureRateeLaisseLOriginal) {
 // follow the bytes a new comment inserts in front of it.
 TEST(Reecriture, LesOffsetsDUnTrailerAFCPSuivent) {
   const QByteArray jpeg = JpegQt(32, 24);
-  const QByteArray iptc = QByteArray("\x1C\x02\x00\x00\x02\x00\x04\x1C\x02\x78\x00\x05Coupe", 17);
+  const QByteArray iptc = QByteArray("\x1C\x02\x00\x00\x02\x00\x04\x1C\x02\x78\x00\x05", 12) + "Coupe";
   const uint32_t debut = uint32_t(jpeg.size()), donnees = debut + 24;
   const QByteArray afcp = QByteArray("AXS!\x00\x01", 6) + U16(true, 1) + QByteArray(4, '\0') +
                           QByteArray("IPTC") + U32(true, uint32_t(iptc.size())) + U32(true, donnees) + iptc +
