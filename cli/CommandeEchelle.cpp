@@ -49,17 +49,18 @@ int Echelle(const QStringList& arguments) {
     return 2;
   }
   const QString chemin = fichiers.first();
-  if (!QFileInfo(chemin).isFile()) {
-    Erreur("Fichier introuvable : " + chemin);
-    return 3;
-  }
+
 
   DialoguesConsole dialogues(false);
   SessionRecord s;
   s.SeparateurDecimal = SeparateurDecimalSysteme();
   cAdvancedImagery ai;
   if (!ChargerBitmap(s, ai, chemin)) {
-    Erreur("Votre fichier n'est pas une image reconnue : " + chemin);
+    Erreur(ai.Error_GetLast());
+    return 3;
+  }
+  if (!ai.Incomplet().isEmpty()) {
+    Erreur(ai.Incomplet() + QStringLiteral(" Son échelle n'est pas lue."));
     return 3;
   }
   dialogues.messages << RemplirSession(s, ai, chemin);

@@ -153,8 +153,9 @@ int Formater(const QStringList& arguments) {
   cAdvancedImagery ai;
 
   // Loading, as ChargerImage does it.
-  if (!ChargerBitmap(s, ai, o.photo))
-    return Refus(TexteErreurChargement + " : " + o.photo + " (" + ai.Error_GetLast() + ")");
+  if (!ChargerBitmap(s, ai, o.photo)) return Refus(ai.Error_GetLast());
+  // A picture cut in its image data is not formatted without a person to agree.
+  if (!ai.Incomplet().isEmpty()) return Refus(ai.Incomplet() + QStringLiteral(" Il n'est pas formaté."));
   for (const QString& e : RemplirSession(s, ai, o.photo)) Ligne(e, stderr);
   LireMetadonneesImage(s);
   s.Etape = 1;

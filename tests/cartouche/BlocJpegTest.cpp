@@ -383,6 +383,6 @@ TEST_F(CommandeEchelle, RefusAvecStatut3) {
   // No such file; then bad usage.
   r = Executer(Cli(), {"echelle", QDir::current().filePath("absent.jpg")});
   EXPECT_EQ(r.code, 3);
-  EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("Fichier introuvable"));
+  EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("il n'existe pas")) << r.erreur.toStdString();
   EXPECT_EQ(Executer(Cli(), {"echelle"}).code, 2);
 }
