@@ -8,7 +8,10 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QTemporaryDir>
+#include <QStandardPaths>
 #include <future>
+#include <unistd.h>
 
 #include "metadata/CExifJPEG.h"
 #include "metadata/CJPEG.h"
@@ -151,6 +154,42 @@ TEST(FichiersAbimesCli, JpegCoupeEtPhotoCDReduitASonEnTeteRefuses) {
     ASSERT_TRUE(relu.open(QIODevice::ReadOnly));
     EXPECT_EQ(relu.readAll(), c.octets);  // the source untouched
   }
+}
+
+// A file the user may not read: each command says so, and the file stays.
+// (As root, the tool runs as nobody through setpriv.)
+TEST(FichiersAbimesCli, UnFichierIllisiblePourLUtilisateur) {
+  QStringList avant;
+  if (geteuid() == 0) {
+    const QString setpriv = QStandardPaths::findExecutable("setpriv");
+    if (setpriv.isEmpty()) GTEST_SKIP() << "setpriv manque (paquet util-linux)";
+    avant = {setpriv, "--reuid=65534", "--regid=65534", "--clear-groups"};
+  }
+  QTemporaryDir dossier(QDir::tempPath() + "/tg-droits-XXXXXX");
+  QFile::setPermissions(dossier.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                            QFile::ExeGroup | QFile::ExeOther | QFile::ReadOther);
+  const QString chemin = dossier.path() + "/prive.jpg";
+  const QByteArray octets = JpegAppareil(32, 24);
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write(octets);
+  f.close();
+  QFile::setPermissions(chemin, QFile::WriteOwner);
+  for (const QStringList& c : QList<QStringList>{{"infos", chemin},
+                                                 {"echelle", chemin},
+                                                 {"commentaire", "lire", chemin},
+                                                 {"formater", chemin, "-o", dossier.path() + "/sortie.jpg"}}) {
+    QStringList ligne = avant;
+    ligne << Cli() << c;
+    const test::Sortie r = Executer(ligne.first(), ligne.mid(1), {"TESSELLOGRAPHE_HOME=" + dossier.path()});
+    EXPECT_EQ(r.code, 3) << c.join(' ').toStdString() << " : " << r.erreur.toStdString();
+    EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("vous n'en avez pas le droit") ||
+                QString::fromUtf8(r.erreur).contains("vous n'avez pas le droit de le lire"))
+        << c.join(' ').toStdString() << " : " << r.erreur.toStdString();
+  }
+  QFile::setPermissions(chemin, QFile::ReadOwner | QFile::WriteOwner);
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), octets);
 }
 
 // EXIF, GPS, IPTC and an ICC profile, as cameras lay them out: formatted
