@@ -131,6 +131,7 @@ bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
     w.show();
     return EchecChargement(w);
   }
+  tick.restart();  // the time the user took to answer is not loading time
   if (!ChargerBitmap(s, ai, chemin)) {
     w.show();
     Erreur("Error(A) - " + ai.Error_GetLast());
