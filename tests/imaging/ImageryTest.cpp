@@ -5,8 +5,6 @@
 
 #include <tuple>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <QDir>
 
 #include <QClipboard>
@@ -16,6 +14,7 @@
 #include <cstring>
 #include <vector>
 
+#include "tests/support/LimiteFichier.h"
 #include "tests/support/Octets.h"
 #include "imaging/cAdvancedImagery.h"
 
@@ -630,15 +629,12 @@ TEST_F(Imagerie, UnEnregistrementRateLaisseLAncienFichier) {
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   const QByteArray avant = f.readAll();
   f.close();
-  rlimit limite{};
-  getrlimit(RLIMIT_FSIZE, &limite);
-  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit petite = limite;
-  petite.rlim_cur = rlim_t(avant.size() / 2);
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
-  const bool enregistre = ai.IO_SaveImage(image, chemin, FormatBMP, 0);
-  setrlimit(RLIMIT_FSIZE, &limite);
-  std::signal(SIGXFSZ, signal);
+  bool enregistre = true;
+  {
+    const test::LimiteTailleFichier limite(rlim_t(avant.size() / 2));
+    ASSERT_TRUE(limite.Active());
+    enregistre = ai.IO_SaveImage(image, chemin, FormatBMP, 0);
+  }
   EXPECT_FALSE(enregistre);
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   EXPECT_EQ(f.readAll(), avant);

@@ -5,9 +5,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <csignal>
-#include <sys/resource.h>
 
+#include "tests/support/LimiteFichier.h"
 #include "tests/support/Octets.h"
 #include "measure/TableMesure.h"
 #include "measure/modOpTableMesure.h"
@@ -100,15 +99,12 @@ TEST(TableMesureFichier, UneEcritureRateeLaisseLeFichierEntier) {
   FichierMesure f;
   ASSERT_TRUE(f.Ouvrir());
   int nbEnreg = f.LireEntete();
-  rlimit limite{};
-  getrlimit(RLIMIT_FSIZE, &limite);
-  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit petite = limite;
-  petite.rlim_cur = rlim_t(avant.size() / 2);
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
-  const bool ajoute = AjouterTable(f, nbEnreg, kTable1);
-  setrlimit(RLIMIT_FSIZE, &limite);
-  std::signal(SIGXFSZ, signal);
+  bool ajoute = true;
+  {
+    const test::LimiteTailleFichier limite(rlim_t(avant.size() / 2));
+    ASSERT_TRUE(limite.Active());
+    ajoute = AjouterTable(f, nbEnreg, kTable1);
+  }
   EXPECT_FALSE(ajoute);
   EXPECT_EQ(f.Erreur().numero, 75);
   f.Fermer();

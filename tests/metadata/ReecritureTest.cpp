@@ -11,12 +11,13 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <algorithm>
-#include <csignal>
-#include <sys/resource.h>
+
 
 #include "metadata/CImage.h"
 #include "metadata/CTIFF.h"
 #include "tests/metadata/Fabrique.h"
+#include "tests/support/LimiteFichier.h"
+#include "tests/support/Octets.h"
 
 namespace tg::meta {
 namespace {
@@ -204,17 +205,11 @@ QByteArray FichierAppareil(const Appareil& a) {
 
 QString Ecrire(const QString& nom, const QByteArray& octets) {
   const QString chemin = QDir::currentPath() + "/" + nom;
-  QFile f(chemin);
-  EXPECT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  f.write(octets);
+  tg::test::EcrireOctets(chemin, octets);
   return chemin;
 }
 
-QByteArray Lire(const QString& chemin) {
-  QFile f(chemin);
-  EXPECT_TRUE(f.open(QIODevice::ReadOnly));
-  return f.readAll();
-}
+QByteArray Lire(const QString& chemin) { return tg::test::LireOctets(chemin); }
 
 // The segments as bytes, in order, without the comments.
 QList<QByteArray> SegmentsSansCommentaire(const QByteArray& f) {
@@ -379,15 +374,12 @@ TEST(Reecriture, UneEcritureRateeLaisseLOriginal) {
   CImage image;
   ASSERT_TRUE(image.ReadImage(chemin));
   image.JPEG()->JPEGComment().Content = "nouveau commentaire";
-  rlimit avant{};
-  getrlimit(RLIMIT_FSIZE, &avant);
-  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit petite = avant;
-  petite.rlim_cur = 100000;
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
-  const bool ecrit = image.WriteImage(chemin);
-  setrlimit(RLIMIT_FSIZE, &avant);
-  std::signal(SIGXFSZ, signal);
+  bool ecrit = true;
+  {
+    const tg::test::LimiteTailleFichier limite(100000);
+    ASSERT_TRUE(limite.Active());
+    ecrit = image.WriteImage(chemin);
+  }
   EXPECT_FALSE(ecrit);
   EXPECT_TRUE(image.Erreur().contains("taille permise")) << image.Erreur().toStdString();
   EXPECT_TRUE(image.Erreur().contains("resté tel qu'il était"));

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 
 #include <QDir>
 #include <QFile>
 
+#include "tests/support/LimiteFichier.h"
 #include "tests/support/Octets.h"
 #include "platform/Fichiers.h"
 #include "platform/Systeme.h"
@@ -128,16 +127,13 @@ TEST(Existence, FichierEtDossierNeSeConfondentPas) {
 TEST(RemplacementSur, UneEcritureIncompleteLaisseLOriginal) {
   const QString chemin = QDir::currentPath() + "/liste.dat";
   ASSERT_TRUE(RemplacerFichierSur(chemin, QByteArray(1000, 'a')));
-  rlimit limite{};
-  getrlimit(RLIMIT_FSIZE, &limite);
-  const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit petite = limite;
-  petite.rlim_cur = 600;
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &petite), 0);
-  const bool remplace = RemplacerFichierSur(chemin, QByteArray(1600, 'b'));
-  const bool lignes = EcrireLignes(chemin, QStringList(400, QStringLiteral("ligne")));
-  setrlimit(RLIMIT_FSIZE, &limite);
-  std::signal(SIGXFSZ, signal);
+  bool remplace = true, lignes = true;
+  {
+    const test::LimiteTailleFichier limite(600);
+    ASSERT_TRUE(limite.Active());
+    remplace = RemplacerFichierSur(chemin, QByteArray(1600, 'b'));
+    lignes = EcrireLignes(chemin, QStringList(400, QStringLiteral("ligne")));
+  }
   EXPECT_FALSE(remplace);
   EXPECT_FALSE(lignes);
   QFile f(chemin);
