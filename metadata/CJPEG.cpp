@@ -237,9 +237,14 @@ bool AjusterAFCP(const QByteArray& fichier, int64_t depuis, int64_t decalage, in
                  QByteArray& bloc) {
   const LecteurOctets l(fichier);
   // The footer: "AXS!" (big-endian) or "AXS*" (little-endian), then the
-  // trailer's start; other trailers may follow it to the end of the file.
-  for (qsizetype pied = fichier.lastIndexOf("AXS"); pied >= depuis && pied >= 0;
-       pied = pied > 0 ? fichier.lastIndexOf("AXS", pied - 1) : -1) {
+  // trailer's start; other, smaller trailers may follow it to the end of the
+  // file. It is looked for in the file's last 256 KB only: the search must
+  // not read a whole picture.
+  const qsizetype plancher = std::max<qsizetype>(depuis, fichier.size() - 256 * 1024);
+  const QByteArrayView queue(fichier.constData() + plancher, fichier.size() - plancher);
+  for (qsizetype q = queue.lastIndexOf(QByteArrayView("AXS")); q >= 0;
+       q = q > 0 ? queue.lastIndexOf(QByteArrayView("AXS"), q - 1) : -1) {
+    const qsizetype pied = plancher + q;
     if (pied + 12 > fichier.size() || (fichier.at(pied + 3) != '!' && fichier.at(pied + 3) != '*')) continue;
     const Ordre o = fichier.at(pied + 3) == '!' ? Ordre::Motorola : Ordre::Intel;
     uint32_t position = 0;

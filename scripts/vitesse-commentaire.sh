@@ -9,7 +9,7 @@
 set -euo pipefail
 
 racine="$(cd "$(dirname "$0")/.." && pwd)"
-cli="${1:-$racine/build-release/cli/tessellographe-cli}"
+cli="$(realpath "${1:-$racine/build-release/cli/tessellographe-cli}")"
 tours="${2:-30}"
 [ -x "$cli" ] || { echo "Outil introuvable : $cli (cmake --build build-release)" >&2; exit 2; }
 "$racine/scripts/installer-paquets.sh" >/dev/null
