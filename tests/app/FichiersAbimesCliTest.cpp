@@ -1,7 +1,8 @@
 // Damaged files through the headless tool, run as a script would run it
 // under the sanitizer build: a dozen pictures cut at every 97th byte give
-// `infos`, `echelle` and `formater` a result or a French refusal with exit 3,
-// never a crash or a sanitizer report; a camera TIFF formats with its EXIF.
+// `infos`, `echelle`, `commentaire lire` and `formater` a result or a French
+// refusal with exit 3, never a crash or a sanitizer report, and stay as they
+// were; a camera TIFF formats with its EXIF.
 #include <gtest/gtest.h>
 
 #include <QBuffer>
@@ -86,6 +87,7 @@ TEST(FichiersAbimesCli, ImagesCoupeesUnResultatOuUnRefusEnFrancais) {
   QDir().mkpath(dossier + "programme");
   struct Piece {
     QString chemin, nom;
+    QByteArray octets;
   };
   std::vector<Piece> pieces;
   for (const auto& [nom, entier] : images)
@@ -94,7 +96,7 @@ TEST(FichiersAbimesCli, ImagesCoupeesUnResultatOuUnRefusEnFrancais) {
       QFile f(chemin);
       EXPECT_TRUE(f.open(QIODevice::WriteOnly));
       f.write(entier.left(n));
-      pieces.push_back({chemin, QStringLiteral("%1 coupé à %2").arg(QLatin1String(nom)).arg(n)});
+      pieces.push_back({chemin, QStringLiteral("%1 coupé à %2").arg(QLatin1String(nom)).arg(n), entier.left(n)});
     }
   ASSERT_GT(pieces.size(), 80u);
   // The pieces go two at a time: the machine has two cores.
@@ -104,6 +106,7 @@ TEST(FichiersAbimesCli, ImagesCoupeesUnResultatOuUnRefusEnFrancais) {
       const Piece& p = pieces[i];
       const QList<QStringList> commandes = {{"infos", p.chemin},
                                             {"echelle", p.chemin},
+                                            {"commentaire", "lire", p.chemin},
                                             {"formater", p.chemin, "-o", p.chemin + ".sortie.jpg"}};
       for (const QStringList& c : commandes) {
         const test::Sortie r = Executer(Cli(), c, environnement);
@@ -115,6 +118,8 @@ TEST(FichiersAbimesCli, ImagesCoupeesUnResultatOuUnRefusEnFrancais) {
         if (r.code == 3 && (erreur.trimmed().isEmpty() || erreur.contains("Error") || erreur.contains("could not")))
           fautes << ici + "refus sans message français : " + erreur.left(200);
       }
+      QFile f(p.chemin);
+      if (!f.open(QIODevice::ReadOnly) || f.readAll() != p.octets) fautes << p.nom + " : le fichier a changé";
     }
     return fautes;
   };
