@@ -5,6 +5,8 @@
 # one), and prints each median and their ratio (the goal is 2 at most).
 # Usage: scripts/vitesse-commentaire.sh [CLI] [TOURS]
 #   CLI: build-release/cli/tessellographe-cli by default; TOURS: 30.
+# The file lies in TMPDIR (/tmp by default): a folder on the disk users keep
+# their photos on, since the rewrite flushes its file to disk and cp does not.
 # A measurement, not a test: the exit status is 0 whatever the ratio.
 set -euo pipefail
 
@@ -14,7 +16,7 @@ tours="${2:-30}"
 [ -x "$cli" ] || { echo "Outil introuvable : $cli (cmake --build build-release)" >&2; exit 2; }
 "$racine/scripts/installer-paquets.sh" >/dev/null
 
-dossier="$(mktemp -d)"
+dossier="$(mktemp -d "${TMPDIR:-/tmp}/vitesse-XXXXXX")"
 trap 'rm -rf "$dossier"' EXIT
 cd "$dossier"
 export TESSELLOGRAPHE_HOME="$dossier/programme" HOME="$dossier"
