@@ -113,19 +113,29 @@ bool FichierMesure::Ouvrir(const QString& chemin) {
   Fermer();
   erreur_ = {};
   chemin_ = chemin;
-  QFile f(chemin);
-  if (!f.exists()) {
-    // Created empty, as opening always did.
-    if (!RemplacerFichierSur(chemin, QByteArray()))
-      return Echec(75, QStringLiteral("Path/File access error"));
-  } else if (!f.open(QIODevice::ReadOnly)) {
+  // Created empty, as opening always did.
+  if (!QFile::exists(chemin) && !RemplacerFichierSur(chemin, QByteArray()))
     return Echec(75, QStringLiteral("Path/File access error"));
-  } else {
-    donnees_ = f.readAll();
+  ouvert_ = true;
+  if (!Recharger()) {
+    ouvert_ = false;
+    return false;
+  }
+  return true;
+}
+
+bool FichierMesure::Recharger() {
+  // Changes kept for Valider are not thrown away by a read.
+  if (differe_ > 0 && modifie_) return true;
+  QFile f(chemin_);
+  QByteArray octets;
+  if (f.exists()) {
+    if (!f.open(QIODevice::ReadOnly)) return Echec(75, QStringLiteral("Path/File access error"));
+    octets = f.readAll();
     if (f.error() != QFileDevice::NoError) return Echec(75, QStringLiteral("Path/File access error"));
   }
-  surDisque_ = donnees_;
-  ouvert_ = true;
+  donnees_ = surDisque_ = octets;
+  modifie_ = false;
   return true;
 }
 
@@ -146,7 +156,8 @@ bool FichierMesure::Echec(int numero, const QString& texte) {
 }
 
 int FichierMesure::LireEntete() {
-  if (!ouvert_) return 0;
+  // Read from the disk each time, as other windows may have written since.
+  if (!ouvert_ || !Recharger()) return 0;
   QByteArray o = donnees_.left(8);
   if (o.size() < 4) return 0;
   o.resize(8, '\0');
@@ -186,6 +197,8 @@ bool FichierMesure::Valider() {
 
 bool FichierMesure::Ecrire(qint64 position, const QByteArray& octets) {
   if (!ouvert_) return Echec(52, QStringLiteral("Bad file name or number"));
+  // On the file as it is now: what another window wrote meanwhile stays.
+  if (!Recharger()) return false;
   // Writing past the end extends the file with zeros.
   if (donnees_.size() < position + octets.size()) donnees_.resize(position + octets.size(), '\0');
   donnees_.replace(position, octets.size(), octets);
@@ -202,6 +215,7 @@ bool FichierMesure::EcrireEntete(int16_t nbEnreg) {
 
 bool FichierMesure::LireEnr(int k, EnrMesure& e) {
   if (!ouvert_) return Echec(52, QStringLiteral("Bad file name or number"));
+  if (!Recharger()) return false;
   if (k < 1) return Echec(63, QStringLiteral("Bad record number"));
   QByteArray o = donnees_.mid(Debut(k), kLongueurSlot);
   o.resize(kLongueurSlot, '\0');

@@ -54,11 +54,12 @@ struct ErreurTable {
 };
 
 // table_mesure.dat held for one operation. Opening creates the file empty
-// when it is missing, which is why readers test that it exists first. The
-// file is read whole; every change replaces it whole, through a temporary
-// file flushed and renamed, so that the file on disk is always an old or a
-// new one, never half written. Between Differer() and Valider() changes
-// stay in memory and go to disk together.
+// when it is missing, which is why readers test that it exists first. Every
+// read reads the file whole from disk; every change is made on the file as
+// it is then and replaces it whole, through a temporary file flushed and
+// renamed, so that the file on disk is always an old or a new one, never
+// half written. Between Differer() and Valider() changes stay in memory and
+// go to disk together.
 class FichierMesure {
  public:
   FichierMesure() = default;
@@ -93,6 +94,8 @@ class FichierMesure {
 
  private:
   bool Ecrire(qint64 position, const QByteArray& octets);
+  // The file as it is on disk now, unless changes wait for Valider.
+  bool Recharger();
   bool Enregistrer();
   bool Echec(int numero, const QString& texte);
   QString chemin_;

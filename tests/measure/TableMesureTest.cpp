@@ -121,6 +121,31 @@ TEST(TableMesureFichier, UneEcritureRateeLaisseLeFichierEntier) {
   EXPECT_EQ(NombreTables(), 3);
 }
 
+// Two windows hold the file open: what one writes, the other neither hides
+// nor undoes.
+TEST(TableMesureFichier, DeuxFenetresOuvertesNeSEcrasentPas) {
+  test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
+  FichierMesure gestion, ajout;
+  ASSERT_TRUE(gestion.Ouvrir());
+  ASSERT_TRUE(ajout.Ouvrir());
+  int nbEnreg = ajout.LireEntete();
+  ASSERT_TRUE(AjouterTable(ajout, nbEnreg, kTable1));
+  EXPECT_EQ(gestion.LireEntete(), 4);
+  EnrMesure modifiee = kTable2;
+  modifiee.Pix = 321;
+  ASSERT_TRUE(gestion.EcrireEnr(3, modifiee));
+  gestion.Fermer();
+  ajout.Fermer();
+  FichierMesure relu;
+  ASSERT_TRUE(relu.Ouvrir());
+  EXPECT_EQ(relu.LireEntete(), 4);
+  EnrMesure e;
+  ASSERT_TRUE(relu.LireEnr(3, e));
+  EXPECT_EQ(e.Pix, 321);
+  ASSERT_TRUE(relu.LireEnr(4, e));
+  EXPECT_EQ(e, kTable1);
+}
+
 TEST(TableMesureFichier, UnRecordPlusCourtLaisseLaFinDuSlotEnPlace) {
   test::EcrireOctets(CheminTableMesure(), FichierDeuxTables());
   FichierMesure f;
