@@ -26,7 +26,9 @@ bool CImage::ReadImage(const QString& path) {
   erreur_.clear();
   format_.reset();
   QByteArray octets;
-  if (!LireFichierProjete(path, octets, fichier_, &erreur_)) return false;
+  fichier_.reset();
+  if (projection_ ? !LireFichierProjete(path, octets, fichier_, &erreur_) : !LireFichier(path, octets, &erreur_))
+    return false;
   ImageType = TypeDepuisOctets(octets.left(17), ImageType);
   switch (ImageType) {
     case TypeJPEG: {

@@ -27,6 +27,10 @@ class CImage {
   // Reads the file through its format object. False with Erreur() when the
   // file cannot be read or its format has no reader yet.
   bool ReadImage(const QString& path);
+  // With true, ReadImage maps the file instead of copying it: faster for a
+  // short-lived reader (the headless tool), but a file truncated by another
+  // program meanwhile would end the process. Off by default.
+  void SetProjection(bool oui) { projection_ = oui; }
   // Rewrites `path` from the object read: the whole file is built in memory,
   // written to a temporary file and put in place of `path` once complete.
   // False, `path` untouched, with Erreur().
@@ -43,6 +47,7 @@ class CImage {
  private:
   // The file mapped for reading; it outlives the format object, whose bytes point into it.
   std::unique_ptr<QFile> fichier_;
+  bool projection_ = false;
   std::unique_ptr<CFormatImage> format_;
   QString erreur_;
 };

@@ -69,6 +69,7 @@ int CommandeCommentaire(const QStringList& arguments, QTextStream& sortie, QText
   }
   const QString chemin = arguments[1];
   CImage image;
+  image.SetProjection(true);  // one short command: the file is mapped, not copied
   if (!image.ReadImage(chemin)) {
     erreurs << image.Erreur() << "\n";
     return 3;
