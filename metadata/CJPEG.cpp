@@ -179,6 +179,7 @@ namespace {
 const QByteArray kMPF("MPF\0", 4);
 // Runs of at least this many bytes are copied by the system (copy_file_range).
 constexpr int64_t kCopieSysteme = 256 * 1024;
+constexpr int64_t kTranche = 1024 * 1024;
 
 bool EstMPF(const char* segment, int64_t longueur) {
   return longueur >= 8 && uint8_t(segment[1]) == 0xE2 && QByteArray::fromRawData(segment + 4, 4) == kMPF;
@@ -399,10 +400,16 @@ bool CJPEG::EcrireVers(QIODevice& f, QString* erreur) {
     if (m.debut && m.taille >= kCopieSysteme && descripteurSource_ >= 0 && fichier && fichier->flush()) {
       loff_t depuis = m.debut - source_.constData();
       int64_t reste = m.taille;
+      // By slices, each handed to the disk at once: the flush before the
+      // rename then waits for the last slice only.
+      const int fd = fichier->handle();
       while (reste > 0) {
-        const ssize_t n = copy_file_range(descripteurSource_, &depuis, fichier->handle(), nullptr, size_t(reste), 0);
+        const off_t ecrit = lseek(fd, 0, SEEK_CUR);
+        const ssize_t n = copy_file_range(descripteurSource_, &depuis, fd, nullptr,
+                                          size_t(std::min<int64_t>(reste, kTranche)), 0);
         if (n <= 0) break;
         reste -= n;
+        if (ecrit >= 0) sync_file_range(fd, ecrit, n, SYNC_FILE_RANGE_WRITE);
       }
       if (reste == 0) continue;
       if (reste != m.taille) return false;  // part copied: no way back to a consistent file
