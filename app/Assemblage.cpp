@@ -1,5 +1,6 @@
 #include "app/Assemblage.h"
 
+#include "annotation/frmAnnotations2.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "core/Chargement.h"
@@ -29,7 +30,9 @@ void Assembler(frmFichierPhoto& fenetre) {
                          [&fenetre] { frmAjouterCartouche::Afficher(fenetre); });
   fenetre.DefinirCrochet(QStringLiteral("ReconstruireCartouche"),
                          [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
-  (void)fenetre;
+  // The annotation window over the final picture (annotation).
+  fenetre.DefinirCrochet(QStringLiteral("frmAnnotations2"),
+                         [&fenetre] { frmAnnotations2::Afficher(fenetre); });
 }
 
 }  // namespace tg

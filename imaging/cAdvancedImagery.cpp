@@ -636,56 +636,62 @@ bool cAdvancedImagery::Effect_OverlayPicture(Bitmap& dessous, const Bitmap& dess
 bool cAdvancedImagery::Effect_OverlayText(Bitmap& image, const QString& texte,
                                           const TexteSurImage& t) {
   if (!Valide(image)) return false;
-  if (t.alignH != 0 && t.alignH != 3 && t.alignH != 4)
-    return Echec(QString("Invalid horizontal text alignment %1").arg(t.alignH));
-  if (t.alignV < 0 || t.alignV > 2)
-    return Echec(QString("Invalid vertical text alignment %1").arg(t.alignV));
-  if (t.rotation < 0 || t.rotation > 3600)
-    return Echec(QString("Invalid text rotation %1").arg(t.rotation));
   QImage picture;
+  QString refus = RefusTexte(t);
+  if (!refus.isEmpty()) return Echec(refus);
   if (!Convert_ImageToPicture(image, picture)) return false;
-  {
-    QFont police(t.police);
-    // Points at 96 dots per inch, as the screen fonts of the system measure them.
-    police.setPixelSize(std::max(1, static_cast<int>(std::lround(t.taille * 96.0 / 72.0))));
-    police.setBold(t.gras);
-    police.setItalic(t.italique);
-    police.setUnderline(t.souligne);
-    police.setStrikeOut(t.barre);
-    QPainter p(&picture);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setRenderHint(QPainter::TextAntialiasing);
-    p.setFont(police);
-    QTextOption option;
-    option.setAlignment(t.alignH == 3 ? Qt::AlignLeft : t.alignH == 4 ? Qt::AlignRight
-                                                                       : Qt::AlignHCenter);
-    option.setTabStopDistance(t.tabulation * QFontMetricsF(police).horizontalAdvance(QLatin1Char(' ')));
-    option.setWrapMode(!t.ligneUnique && t.coupureMots ? QTextOption::WordWrap
-                                                       : QTextOption::NoWrap);
-    const QString ecrit = t.ligneUnique ? QString(texte).replace(QRegularExpression("\\r?\\n"), " ")
-                                        : texte;
-    const QRectF rect(QPointF(t.gauche, t.haut), QPointF(t.droite, t.bas));
-    const bool point = rect.width() <= 0 || rect.height() <= 0;
-    // The size of the text itself, wrapped to the rectangle's width when asked.
-    const qreal largeurLigne = option.wrapMode() == QTextOption::WordWrap && !point ? rect.width() : 1e6;
-    const QSizeF taille = p.boundingRect(QRectF(0, 0, largeurLigne, 1e6), ecrit, option).size();
-    // The anchor named by the alignments, and the text's box around it.
-    const qreal ax = t.alignH == 3 ? rect.left() : t.alignH == 4 ? rect.right() : rect.center().x();
-    const qreal ay = t.alignV == 1 ? rect.top() : t.alignV == 2 ? rect.bottom() : rect.center().y();
-    const qreal bx = t.alignH == 3 ? 0 : t.alignH == 4 ? -taille.width() : -taille.width() / 2;
-    const qreal by = t.alignV == 1 ? 0 : t.alignV == 2 ? -taille.height() : -taille.height() / 2;
-    const QRectF boite(bx, by, taille.width(), taille.height());
-    if (!point && !t.sansDecoupe && t.rotation == 0) p.setClipRect(rect);
-    p.translate(ax, ay);
-    p.rotate(-t.rotation / 10.0);
-    if (t.fond != -1) p.fillRect(boite, CouleurBGR(t.fond));
-    p.setPen(CouleurBGR(t.couleur));
-    p.drawText(boite, ecrit, option);
-  }
+  DessinerTexte(picture, texte, t);
   Bitmap dessine;
   if (!Convert_PictureToImage(picture, dessine)) return false;
   FIBITMAP* nouveau = dessine.Release();
   return Remplacer(image, nouveau, "Text could not be drawn");
+}
+
+QString cAdvancedImagery::RefusTexte(const TexteSurImage& t) {
+  if (t.alignH != 0 && t.alignH != 3 && t.alignH != 4)
+    return QString("Invalid horizontal text alignment %1").arg(t.alignH);
+  if (t.alignV < 0 || t.alignV > 2) return QString("Invalid vertical text alignment %1").arg(t.alignV);
+  if (t.rotation < 0 || t.rotation > 3600) return QString("Invalid text rotation %1").arg(t.rotation);
+  return {};
+}
+
+void cAdvancedImagery::DessinerTexte(QImage& picture, const QString& texte, const TexteSurImage& t) {
+  QFont police(t.police);
+  // Points at 96 dots per inch, as the screen fonts of the system measure them.
+  police.setPixelSize(std::max(1, static_cast<int>(std::lround(t.taille * 96.0 / 72.0))));
+  police.setBold(t.gras);
+  police.setItalic(t.italique);
+  police.setUnderline(t.souligne);
+  police.setStrikeOut(t.barre);
+  QPainter p(&picture);
+  p.setRenderHint(QPainter::Antialiasing);
+  p.setRenderHint(QPainter::TextAntialiasing);
+  p.setFont(police);
+  QTextOption option;
+  option.setAlignment(t.alignH == 3 ? Qt::AlignLeft : t.alignH == 4 ? Qt::AlignRight
+                                                                     : Qt::AlignHCenter);
+  option.setTabStopDistance(t.tabulation * QFontMetricsF(police).horizontalAdvance(QLatin1Char(' ')));
+  option.setWrapMode(!t.ligneUnique && t.coupureMots ? QTextOption::WordWrap
+                                                     : QTextOption::NoWrap);
+  const QString ecrit = t.ligneUnique ? QString(texte).replace(QRegularExpression("\\r?\\n"), " ")
+                                      : texte;
+  const QRectF rect(QPointF(t.gauche, t.haut), QPointF(t.droite, t.bas));
+  const bool point = rect.width() <= 0 || rect.height() <= 0;
+  // The size of the text itself, wrapped to the rectangle's width when asked.
+  const qreal largeurLigne = option.wrapMode() == QTextOption::WordWrap && !point ? rect.width() : 1e6;
+  const QSizeF taille = p.boundingRect(QRectF(0, 0, largeurLigne, 1e6), ecrit, option).size();
+  // The anchor named by the alignments, and the text's box around it.
+  const qreal ax = t.alignH == 3 ? rect.left() : t.alignH == 4 ? rect.right() : rect.center().x();
+  const qreal ay = t.alignV == 1 ? rect.top() : t.alignV == 2 ? rect.bottom() : rect.center().y();
+  const qreal bx = t.alignH == 3 ? 0 : t.alignH == 4 ? -taille.width() : -taille.width() / 2;
+  const qreal by = t.alignV == 1 ? 0 : t.alignV == 2 ? -taille.height() : -taille.height() / 2;
+  const QRectF boite(bx, by, taille.width(), taille.height());
+  if (!point && !t.sansDecoupe && t.rotation == 0) p.setClipRect(rect);
+  p.translate(ax, ay);
+  p.rotate(-t.rotation / 10.0);
+  if (t.fond != -1) p.fillRect(boite, CouleurBGR(t.fond));
+  p.setPen(CouleurBGR(t.couleur));
+  p.drawText(boite, ecrit, option);
 }
 
 bool cAdvancedImagery::MemoryDC_FillRectangle(Bitmap& image, int x, int y, int l, int h, int couleur) {

@@ -131,6 +131,10 @@ class cAdvancedImagery {
   // anchor that the alignments name (a corner, a side's middle or the centre).
   // Fails on a refused alignment or rotation.
   bool Effect_OverlayText(Bitmap& image, const QString& texte, const TexteSurImage& t);
+  // The same drawing on a picture already converted; RefusTexte says why a
+  // setting is refused (empty when it is not), and must be asked first.
+  static QString RefusTexte(const TexteSurImage& t);
+  static void DessinerTexte(QImage& picture, const QString& texte, const TexteSurImage& t);
   bool MemoryDC_FillRectangle(Bitmap& image, int x, int y, int l, int h, int couleur);
 
   // Fails when the clipboard holds no picture.
