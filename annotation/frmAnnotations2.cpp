@@ -103,6 +103,13 @@ void Colorer(QWidget* w, const QColor& c) {
   w->setAutoFillBackground(true);
 }
 
+// Floating boxes stay inside the picture, where the user can reach them; the
+// stamp itself goes where the rules put it.
+QPoint Dedans(QPoint p, const QWidget* boite, const QWidget* image) {
+  return {std::clamp(p.x(), 0, std::max(0, image->width() - boite->width())),
+          std::clamp(p.y(), 0, std::max(0, image->height() - boite->height()))};
+}
+
 // Whole pixels of a mouse position: the picture's coordinates are integers.
 QPointF Pixel(QPointF p) { return QPointF(std::floor(p.x()), std::floor(p.y())); }
 
@@ -145,7 +152,8 @@ frmAnnotations2::frmAnnotations2(SessionRecord& session, cAdvancedImagery& ai, f
 
   const QSize ecran = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableSize()
                                                         : QSize(1280, 1024);
-  resize(std::min(largeurImage_ + 420, ecran.width() - 40), std::min(hauteurImage_ + 80, ecran.height() - 60));
+  resize(std::min(largeurImage_ + 430, ecran.width() - 40),
+         std::min(std::max(hauteurImage_ + 40, 760), ecran.height() - 60));
 }
 
 frmAnnotations2::~frmAnnotations2() { Dechargement(); }
@@ -168,6 +176,7 @@ void frmAnnotations2::Construire() {
   picCadre_->setMinimumSize(200, 200);
   picCadre_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   Colorer(picCadre_, QColor(128, 128, 128));
+  picCadre_->installEventFilter(this);
   picImage_ = Nomme(new ZoneAnnotation(this, picCadre_), QStringLiteral("picImage"));
   picImage_->setCursor(Qt::CrossCursor);
   HScroll1_ = Nomme(new QScrollBar(Qt::Horizontal, this), QStringLiteral("HScroll1"));
@@ -1085,7 +1094,7 @@ void frmAnnotations2::SourisDeplacee(QPointF pos, Qt::MouseButtons boutons) {
   if (Mode() != TexteUnique) {
     LigneElastique(x, y);
   } else {
-    picEditeur_->move(int(x) - picEditeur_->width() / 2, int(y));
+    picEditeur_->move(Dedans({int(x) - picEditeur_->width() / 2, int(y)}, picEditeur_, picImage_));
   }
   Dessiner();
 }
@@ -1127,10 +1136,10 @@ void frmAnnotations2::SourisRelachee(QPointF pos, Qt::MouseButton bouton) {
     lngRepereH_->setGeometry(ix - 80, iy, 161, 1);
     lngRepereV_->show();
     lngRepereH_->show();
-    picEditeur_->move(ix - w / 2, iy);
+    picEditeur_->move(Dedans({ix - w / 2, iy}, picEditeur_, picImage_));
     picEditeur_->show();
     picEditeur_->raise();
-    picValidation_->move(PlacerValidationTexteUnique({ix, iy}, w, h, hv, hauteurImage_));
+    picValidation_->move(Dedans(PlacerValidationTexteUnique({ix, iy}, w, h, hv, hauteurImage_), picValidation_, picImage_));
     picValidation_->show();
     picValidation_->raise();
     txtEdition_->setFocus();
@@ -1150,8 +1159,8 @@ void frmAnnotations2::SourisRelachee(QPointF pos, Qt::MouseButton bouton) {
   lblY_->setText(QStringLiteral("l.Y = ") + TexteReel(ecartY_, s_.SeparateurDecimal));
   placement_ = FlagsPlacement(ecartX_, ecartY_, angleLigne_);
   const PositionEditeur pos2 = PlacerEditeur(placement_, {finX_, finY_}, w, h, wv, largeurImage_);
-  picEditeur_->move(pos2.editeur);
-  picValidation_->move(pos2.validation);
+  picEditeur_->move(Dedans(pos2.editeur, picEditeur_, picImage_));
+  picValidation_->move(Dedans(pos2.validation, picValidation_, picImage_));
   lblGaucheDroite_->setText(pos2.legende);
   switch (mode) {
     case LigneEtTexte:  // d. the text waits for the user
@@ -1404,6 +1413,7 @@ void frmAnnotations2::AnnulerCollage() {
 }
 
 bool frmAnnotations2::eventFilter(QObject* objet, QEvent* e) {
+  if (objet == picCadre_ && e->type() == QEvent::Resize) PlacerBarres();
   if (objet == picCollage_ && e->type() == QEvent::MouseButtonPress && collageEnCours_) {
     // A click on the collage lifts it: the outline then follows the mouse.
     Replier(fraTexte_, true);

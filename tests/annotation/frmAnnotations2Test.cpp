@@ -150,7 +150,9 @@ TEST_F(Annotations, LigneEtTexteAttendLaValidation) {
   EXPECT_TRUE(C("picEditeur")->isVisible());
   EXPECT_TRUE(C("picValidation")->isVisible());
   EXPECT_EQ(C<QLabel>("lblGaucheDroite")->text(), "Texte à droite");
-  EXPECT_EQ(C("picEditeur")->pos().x(), 250);
+  // Right of the end, kept inside the picture.
+  EXPECT_EQ(C("picEditeur")->pos().x(), std::min(250, 400 - C("picEditeur")->width()));
+  EXPECT_EQ(C("picEditeur")->pos().y(), 150 - C("picEditeur")->height() / 2);
   EXPECT_FALSE(w->Calque().Vide());
   C<QLineEdit>("txtEdition")->setText("Frustule");
   C<QPushButton>("cmdDialogueTexte0")->click();
