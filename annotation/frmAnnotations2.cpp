@@ -152,8 +152,8 @@ frmAnnotations2::frmAnnotations2(SessionRecord& session, cAdvancedImagery& ai, f
 
   const QSize ecran = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableSize()
                                                         : QSize(1280, 1024);
-  resize(std::min(largeurImage_ + 430, ecran.width() - 40),
-         std::min(std::max(hauteurImage_ + 40, 760), ecran.height() - 60));
+  resize(std::min(largeurImage_ + 480, ecran.width() - 40),
+         std::min(std::max(hauteurImage_ + 40, 960), ecran.height() - 60));
 }
 
 frmAnnotations2::~frmAnnotations2() { Dechargement(); }
@@ -256,9 +256,11 @@ void frmAnnotations2::Construire() {
   gauche->addWidget(picValidationCollage_, 2, 0, Qt::AlignLeft);
 
   auto* defile = new QScrollArea(this);
-  defile->setWidget(ConstruireOutils());
+  QWidget* outils = ConstruireOutils();
+  defile->setWidget(outils);
   defile->setWidgetResizable(true);
-  defile->setFixedWidth(390);
+  // As wide as the widest frame, every frame being still open here.
+  defile->setFixedWidth(outils->sizeHint().width() + defile->verticalScrollBar()->sizeHint().width() + 2 * defile->frameWidth());
   defile->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   racine->addWidget(defile);
 }
