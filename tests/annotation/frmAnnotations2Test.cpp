@@ -203,6 +203,33 @@ TEST_F(Annotations, AccrochageA45Degres) {
   EXPECT_FALSE(Pres(w->Travail(), 100 + 80 * std::cos(t), 250 - 80 * std::sin(t), kLigne, 0));
 }
 
+// A drag that ends on an axis keeps the last angle off it; with snapping the
+// line is drawn in that stale direction. A typed arrow angle that is no
+// number stops the arrow with the guard's message, once a drag.
+TEST_F(Annotations, AngleSurUnAxeEtAngleDeFlecheIllisible) {
+  Ouvrir();
+  Mode(1);
+  C<QCheckBox>("chkBriderLigne")->setChecked(true);
+  Souris(Image(), QEvent::MouseButtonPress, {100, 200});
+  Souris(Image(), QEvent::MouseMove, {150, 150});
+  Souris(Image(), QEvent::MouseMove, {100, 120});  // straight up: on the axis
+  EXPECT_EQ(w->AngleLigne(), 45);
+  Souris(Image(), QEvent::MouseButtonRelease, {100, 120});
+  ASSERT_EQ(w->NbUndo(), 1);
+  const PointF fin = FinBridee({100, 200}, 45, 80);
+  EXPECT_TRUE(Pres(w->Travail(), (100 + fin.x) / 2, (200 + fin.y) / 2, kLigne));
+  EXPECT_FALSE(Pres(w->Travail(), 100, 160, kLigne, 0));
+
+  C<QComboBox>("combAngleFleche")->setCurrentText("");
+  dlg.appels.clear();
+  C<QCheckBox>("chkBriderLigne")->setChecked(false);
+  Tracer({50, 50}, {250, 50});
+  ASSERT_EQ(dlg.appels.size(), 1u);
+  EXPECT_EQ(dlg.Dernier().texte,
+            "Error 13 (Incompatibilité de type) in procedure DessinerExtLigne of Feuille frmAnnotations2");
+  EXPECT_EQ(w->NbUndo(), 2);  // the line itself is committed
+}
+
 // The dimension: ticks at both ends, the value in white at the middle.
 TEST_F(Annotations, CoteAvecSesTraitsEtSaValeur) {
   Ouvrir();
