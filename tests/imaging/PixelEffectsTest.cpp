@@ -162,5 +162,64 @@ TEST(PixelEffects, QuotientRoundsToNearestEvenAndLimits) {
   EXPECT_EQ(QuotientBorne(600, 2), 255);
 }
 
+// A large noisy picture (several threads, the table of quotients inside, the
+// full sum at the edges) against the definition worked pixel by pixel.
+struct Voisin {
+  int dx, dy, poids;
+};
+ImageRVB Reference(const ImageRVB& avant, const std::vector<Voisin>& termes, bool gris) {
+  ImageRVB r = avant;
+  for (int y = 0; y < avant.hauteur; ++y)
+    for (int x = 0; x < avant.largeur; ++x) {
+      int s[3] = {0, 0, 0}, n = 0;
+      for (const Voisin& t : termes) {
+        const int nx = x + t.dx, ny = y + t.dy;
+        if (nx < 0 || ny < 0 || nx >= avant.largeur || ny >= avant.hauteur) continue;
+        for (int c = 0; c < 3; ++c) s[c] += t.poids * avant.Pixel(nx, ny)[c];
+        n += t.poids;
+      }
+      int v[3];
+      for (int c = 0; c < 3; ++c) v[c] = n == 0 ? avant.Pixel(x, y)[c] : QuotientBorne(s[c], n);
+      if (gris) v[0] = v[1] = v[2] = NiveauGris(v[0], v[1], v[2]);
+      for (int c = 0; c < 3; ++c) r.Pixel(x, y)[c] = uint8_t(v[c]);
+    }
+  return r;
+}
+
+TEST(PixelEffects, GrandeImageIdentiqueALaDefinition) {
+  ImageRVB bruit(701, 389);
+  uint32_t g = 99;
+  for (uint8_t& o : bruit.octets) {
+    g = g * 1664525u + 1013904223u;
+    o = uint8_t(g >> 24);
+  }
+  const std::vector<Voisin> neuf = {{-1, -1, 1}, {0, -1, 1}, {1, -1, 1}, {-1, 0, 1}, {0, 0, 1},
+                                    {1, 0, 1},   {-1, 1, 1}, {0, 1, 1},  {1, 1, 1}};
+  const std::vector<Voisin> croix = {{0, -1, 1}, {-1, 0, 1}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}};
+  const std::vector<Voisin> net = {{0, 0, 5}, {0, -1, -1}, {-1, 0, -1}, {1, 0, -1}, {0, 1, -1}};
+  const std::vector<Voisin> netPlus = {{0, 0, 15}, {-1, -1, -1}, {0, -1, -1}, {1, -1, -1}, {-1, 0, -1},
+                                       {1, 0, -1}, {-1, 1, -1},  {0, 1, -1},  {1, 1, -1}};
+  const std::vector<Voisin> relief = {{0, 0, 1}, {1, 0, 1}, {-1, 0, -1}, {2, 0, 1}, {-2, 0, -1}};
+  const std::vector<Voisin> gravure = {{0, 0, -1}, {1, 0, 1}, {-1, 0, -1}};
+  ImageRVB a = bruit;
+  Flou(a, true);
+  EXPECT_TRUE(a.octets == Reference(bruit, neuf, false).octets);
+  a = bruit;
+  Flou(a, false);
+  EXPECT_TRUE(a.octets == Reference(bruit, croix, false).octets);
+  a = bruit;
+  Nettete(a, true);
+  EXPECT_TRUE(a.octets == Reference(bruit, net, false).octets);
+  a = bruit;
+  Nettete(a, false);
+  EXPECT_TRUE(a.octets == Reference(bruit, netPlus, false).octets);
+  a = bruit;
+  BasRelief(a, true, true);
+  EXPECT_TRUE(a.octets == Reference(bruit, relief, true).octets);
+  a = bruit;
+  Gravure(a, false, false);
+  EXPECT_TRUE(a.octets == Reference(bruit, gravure, false).octets);
+}
+
 }  // namespace
 }  // namespace tg
