@@ -1,13 +1,15 @@
 #include "adjust/Filtres.h"
 
+#include <algorithm>
+
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 
 namespace tg {
 
 double GammaPosition(int position) {
-  position = std::clamp(position, 1, 9);
-  return 0.5 + 0.1 * position;
+  static constexpr double kGamma[9] = {0.6, 0.7, 0.8, 0.9, 1, 1.1, 1.2, 1.3, 1.4};
+  return kGamma[std::clamp(position, 1, 9) - 1];
 }
 
 int FigureGamma(int position) { return std::clamp(position, 1, 9) - 5; }

@@ -1,5 +1,6 @@
 #include "app/Assemblage.h"
 
+#include "adjust/InstallationAjustement.h"
 #include "annotation/frmAnnotations2.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
@@ -30,6 +31,8 @@ void Assembler(frmFichierPhoto& fenetre) {
                          [&fenetre] { frmAjouterCartouche::Afficher(fenetre); });
   fenetre.DefinirCrochet(QStringLiteral("ReconstruireCartouche"),
                          [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
+  // Filters and crop (adjust).
+  InstallerAjustement(fenetre);
   // The annotation window over the final picture (annotation).
   fenetre.DefinirCrochet(QStringLiteral("frmAnnotations2"),
                          [&fenetre] { frmAnnotations2::Afficher(fenetre); });

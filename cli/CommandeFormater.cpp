@@ -11,8 +11,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <array>
 #include <map>
 
+#include "adjust/Recadrage.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
@@ -93,7 +95,8 @@ int Formater(const QStringList& arguments) {
       "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
       "--date",      "--table",      "--objectif",   "--pix",       "--mic",
-      "--longueur",  "--unite",      "--qualite",    "--poids-max"};
+      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage"};
+  static const QStringList drapeaux = {"--debrider"};
   Options o;
   QStringList fichiers;
   for (int i = 0; i < arguments.size(); ++i) {
@@ -101,6 +104,8 @@ int Formater(const QStringList& arguments) {
     if (avecValeur.contains(a)) {
       if (i + 1 >= arguments.size()) return Usage("Valeur manquante après " + a);
       o.valeurs[a] = arguments[++i];
+    } else if (drapeaux.contains(a)) {
+      o.valeurs[a] = QString();
     } else if (a.startsWith(u"--")) {
       return Usage("Option inconnue : " + a);
     } else {
@@ -129,6 +134,17 @@ int Formater(const QStringList& arguments) {
     return Usage(QStringLiteral("--objectif manque"));
   if (parSaisie && !(o.A("--pix") && o.A("--mic")))
     return Usage(QStringLiteral("--pix et --mic vont ensemble"));
+  // The crop, in pixels of the picture as loaded.
+  std::array<int32_t, 4> recadrage{};
+  if (o.A("--recadrage")) {
+    const QStringList v = o.V("--recadrage").split(u',');
+    bool ok = v.size() == 4;
+    for (int i = 0; ok && i < 4; ++i) recadrage[size_t(i)] = v[i].trimmed().toInt(&ok);
+    if (!ok || recadrage[2] < 1 || recadrage[3] < 1)
+      return Usage(QStringLiteral("--recadrage : X,Y,L,H en pixels entiers, L et H d'au moins 1"));
+  } else if (o.A("--debrider")) {
+    return Usage(QStringLiteral("--debrider va avec --recadrage"));
+  }
   QStringList date;
   if (o.A("--date")) {
     static const QRegularExpression jma(QStringLiteral("^(\\d{2})/(\\d{2})/(\\d{4})$"));
@@ -164,6 +180,19 @@ int Formater(const QStringList& arguments) {
   if (d.format) s.ChoixFormat = int16_t(*d.format);
   if (d.formatSortie && !DefinirFormat(s, s.ChoixFormat))
     return Refus(TexteErreurFormat(QStringLiteral("G_FormatSortie")));
+  if (o.A("--recadrage")) {
+    Cadre c;
+    c.CadreG = recadrage[0];
+    c.CadreHaut = recadrage[1];
+    c.CadreL = recadrage[2];
+    c.CadreH = recadrage[3];
+    c.CadreD = c.CadreG + c.CadreL;
+    c.CadreB = c.CadreHaut + c.CadreH;
+    const QString refus = RefusRecadrage(c, s.Largeur, s.Hauteur, o.A("--debrider"), s.ApnLarg, s.ApnHaut);
+    if (!refus.isEmpty()) return Refus(refus);
+    if (!AppliquerRecadrage(s, ai, c.CadreG, c.CadreHaut, c.CadreL, c.CadreH))
+      return Refus(ai.Error_GetLast() + QStringLiteral("\nErreur position du cadre"));
+  }
   if (!RedimensionnerSession(s, ai, filtre))
     return Refus("Error - " + ai.Error_GetLast());
   s.Etape = 2;

@@ -839,6 +839,10 @@ void frmFichierPhoto::mnuAnnulerFiltres() {
     return;
   if (!s_.ImageSansFiltre.Vide()) {
     if (!RemettreImageSansFiltre()) return;
+    // The working picture follows what is shown: a copy or the cartouche made
+    // next must not carry the filters that were just taken back.
+    Bitmap courante;
+    if (ai_.IO_Copy(s_.ImageFormatee, courante)) s_.ImageCourante = std::move(courante);
     AfficherImage(s_.ImageFormatee);
     ai_.IO_DestroyBitmap(s_.ImageSansFiltre);
   }
