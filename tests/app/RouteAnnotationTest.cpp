@@ -34,19 +34,7 @@ namespace {
 
 using test::Commentaire;
 using test::Fenetre;
-
-void Glisser(QWidget* w, QPointF a, QPointF b) {
-  const auto envoyer = [w](QEvent::Type type, QPointF p) {
-    const Qt::MouseButtons boutons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent e(type, p, w->mapToGlobal(p), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                  boutons, Qt::NoModifier);
-    QApplication::sendEvent(w, &e);
-  };
-  envoyer(QEvent::MouseButtonPress, a);
-  envoyer(QEvent::MouseMove, (a + b) / 2);
-  envoyer(QEvent::MouseMove, b);
-  envoyer(QEvent::MouseButtonRelease, b);
-}
+using test::Glisser;
 
 // Mean difference of the three channels over a square of side 2r + 1.
 double Ecart(const QImage& a, const QImage& b, int x, int y, int r) {
