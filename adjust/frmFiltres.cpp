@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSlider>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -277,7 +278,20 @@ frmFiltres* frmFiltres::Afficher(frmFichierPhoto& principal) {
   auto* f = new frmFiltres(principal.Session(), principal.Imagerie(), &principal, &principal);
   f->setAttribute(Qt::WA_DeleteOnClose);
   principal.FenetreOuverte(f);
+  // Over the main window's right side, the thumbnails under it, both on the screen.
+  f->adjustSize();
+  const QRect ecran = principal.screen() ? principal.screen()->availableGeometry() : QRect(0, 0, 1280, 1024);
+  const auto dedans = [&ecran](QPoint p, QSize t) {
+    return QPoint(std::clamp(p.x(), ecran.left(), std::max(ecran.left(), ecran.right() - t.width())),
+                  std::clamp(p.y(), ecran.top(), std::max(ecran.top(), ecran.bottom() - t.height())));
+  };
+  const QRect g = principal.frameGeometry();
+  f->move(dedans(QPoint(g.right() - f->width() - 20, g.top() + 90), f->size()));
   f->show();
+  if (f->vignettes_) {
+    f->vignettes_->adjustSize();
+    f->vignettes_->move(dedans(QPoint(f->x(), f->frameGeometry().bottom() + 10), f->vignettes_->size()));
+  }
   return f;
 }
 
