@@ -189,6 +189,22 @@ TEST_F(Recadrer, RatiosEtTailleFixe) {
   EXPECT_NEAR(s.Largeur, 450, 1);
 }
 
+TEST_F(Recadrer, DebriderAuFormat750Avertit) {
+  s.ApnLarg = 750;
+  s.ApnHaut = 562;
+  s.ApnLargCourant = 750;
+  Ouvrir(1500, 1124);
+  C<QCheckBox>("chkDebriderCadrage")->setChecked(true);
+  EXPECT_EQ(dlg.Dernier().titre, "   Curseur débridé");
+  EXPECT_EQ(dlg.Dernier().texte, "Attention, le format 750 x 562 ne sera plus contrôlé !");
+  // Unticked: the frame back to the format, at the top left.
+  C<QSlider>("Slider1")->setValue(2000);
+  C<QCheckBox>("chkDebriderCadrage")->setChecked(false);
+  EXPECT_NEAR(w->Cadre_().CadreL, 750, 2);
+  EXPECT_EQ(w->Cadre_().CadreG, 0);
+  EXPECT_FALSE(C<QCheckBox>("chkBloquerDeplacement")->isChecked());
+}
+
 TEST_F(Recadrer, ImageDejaFormateeBloqueeEnHautAGauche) {
   Ouvrir(1200, 900, true);
   EXPECT_TRUE(C<QCheckBox>("chkBloquerDeplacement")->isChecked());
