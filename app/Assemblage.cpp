@@ -2,6 +2,7 @@
 
 #include "adjust/InstallationAjustement.h"
 #include "annotation/frmAnnotations2.h"
+#include "finder/frmSearch.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "core/Chargement.h"
@@ -31,6 +32,8 @@ void Assembler(frmFichierPhoto& fenetre) {
                          [&fenetre] { frmAjouterCartouche::Afficher(fenetre); });
   fenetre.DefinirCrochet(QStringLiteral("ReconstruireCartouche"),
                          [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
+  // The finder, the default way to open a picture (finder).
+  fenetre.DefinirCrochet(QStringLiteral("frmSearch"), [&fenetre] { frmSearch::Afficher(fenetre); });
   // Filters and crop (adjust).
   InstallerAjustement(fenetre);
   // The annotation window over the final picture (annotation).

@@ -36,8 +36,10 @@ namespace {
 
 // The library reports its failures through a callback; the text is kept here
 // and added to the last-error text of the call that failed.
+// One a thread: the library reports on the thread that called it, and the
+// finder reads headers and thumbnails off the interface thread.
 QString& MessageBibliotheque() {
-  static QString message;
+  static thread_local QString message;
   return message;
 }
 
@@ -214,6 +216,65 @@ bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
     sortie.Reset();
     return false;
   }
+  return true;
+}
+
+bool cAdvancedImagery::IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie) {
+  sortie = QImage();
+  incomplet_.clear();
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) return Echec(verification.message);
+  incomplet_ = verification.incomplet ? verification.message : QString();
+  if (verification.type == TypeFichierImage::JPEG) {
+    // The decoder scales by 1/2, 1/4 or 1/8 in its inverse DCT when asked for
+    // a smaller size: a thumbnail never costs a full decode.
+    QImageReader lecteur(chemin);
+    lecteur.setAutoTransform(false);
+    const QSize taille = lecteur.size();
+    if (taille.isValid()) {
+      if (taille.width() > cote || taille.height() > cote)
+        lecteur.setScaledSize(taille.scaled(cote, cote, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+      QImage image = lecteur.read();
+      if (!image.isNull()) {
+        sortie = image.convertToFormat(QImage::Format_RGB32);
+        return true;
+      }
+    }
+  }
+  Bitmap image, vignette;
+  const QString incomplet = incomplet_;
+  if (!IO_LoadImage(chemin, image) || !Effect_Thumbnail(image, vignette, cote)) return false;
+  incomplet_ = incomplet;
+  return Convert_ImageToPicture(vignette, sortie);
+}
+
+bool cAdvancedImagery::Info_File(const QString& chemin, InfosImage& infos) {
+  infos = InfosImage{};
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) return Echec(verification.message);
+  const QByteArray nom = NomFichier(chemin);
+  FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(nom.constData(), 0);
+  if (fif == FIF_UNKNOWN) fif = FreeImage_GetFIFFromFilename(nom.constData());
+  Bitmap entete;
+  // The header alone where the format's reader can stop there.
+  if (fif != FIF_UNKNOWN && fif != FIF_TIFF && FreeImage_FIFSupportsReading(fif) && FreeImage_FIFSupportsNoPixels(fif))
+    entete.Reset(FreeImage_Load(fif, nom.constData(), FIF_LOAD_NOPIXELS));
+  if (entete.Vide()) {
+    Bitmap image;
+    if (!IO_LoadImage(chemin, image)) return false;
+    return Info_ALL(image, infos);
+  }
+  FIBITMAP* dib = entete.Get();
+  infos.largeur = static_cast<int>(FreeImage_GetWidth(dib));
+  infos.hauteur = static_cast<int>(FreeImage_GetHeight(dib));
+  infos.bpp = static_cast<int>(FreeImage_GetBPP(dib));
+  infos.couleursUtilisees = static_cast<int>(FreeImage_GetColorsUsed(dib));
+  infos.pitch = static_cast<int>(FreeImage_GetPitch(dib));
+  infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
+  infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
+  infos.dpmX = static_cast<int>(FreeImage_GetDotsPerMeterX(dib));
+  infos.dpmY = static_cast<int>(FreeImage_GetDotsPerMeterY(dib));
+  infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
   return true;
 }
 
@@ -442,6 +503,8 @@ bool cAdvancedImagery::Info_ALL(const Bitmap& image, InfosImage& infos) {
   // 1 inch = 0.0254 m.
   infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
   infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
+  infos.dpmX = static_cast<int>(FreeImage_GetDotsPerMeterX(dib));
+  infos.dpmY = static_cast<int>(FreeImage_GetDotsPerMeterY(dib));
   infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
   return true;
 }

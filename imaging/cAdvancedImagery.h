@@ -23,6 +23,8 @@ struct InfosImage {
   int pitch = 0;  // bytes per scan line
   int dpiX = 0;
   int dpiY = 0;
+  int dpmX = 0;  // dots per metre, as the file says
+  int dpmY = 0;
   bool transparent = false;
 };
 
@@ -73,6 +75,15 @@ class cAdvancedImagery {
   // After IO_LoadImage: the French message of a file loaded although cut;
   // empty for a whole file.
   QString Incomplet() const { return incomplet_; }
+  // A picture of at most `cote` pixels on its longer side, for the finder: a
+  // JPEG is decoded at a reduced DCT scale, never whole; other files load
+  // whole and are reduced. The file is checked as IO_LoadImage does it, and
+  // Incomplet() tells about a cut one. May run off the interface thread, on
+  // an object of its own.
+  bool IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie);
+  // Info_ALL of a file from its header where the format allows it, without
+  // decoding the picture.
+  bool Info_File(const QString& chemin, InfosImage& infos);
   // format: FormatBMP, FormatJPEG or FormatTIFF; flags: JPEG quality 1 to 100,
   // else 0. The attached comment and EXIF are written with the file.
   bool IO_SaveImage(const Bitmap& image, const QString& chemin, int format, int flags);
