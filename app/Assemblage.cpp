@@ -5,6 +5,7 @@
 #include "finder/frmSearch.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
+#include "core/ApplicationsExternes.h"
 #include "core/Chargement.h"
 #include "core/frmConfig.h"
 #include "core/frmFichierPhoto.h"
@@ -32,6 +33,8 @@ void Assembler(frmFichierPhoto& fenetre) {
                          [&fenetre] { frmAjouterCartouche::Afficher(fenetre); });
   fenetre.DefinirCrochet(QStringLiteral("ReconstruireCartouche"),
                          [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
+  // The external editor: export, the applications' window, import (core).
+  InstallerApplicationsExternes(fenetre);
   // The finder, the default way to open a picture (finder).
   fenetre.DefinirCrochet(QStringLiteral("frmSearch"), [&fenetre] { frmSearch::Afficher(fenetre); });
   // Filters and crop (adjust).
