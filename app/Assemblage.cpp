@@ -5,6 +5,7 @@
 #include "finder/frmSearch.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
+#include "core/Acquisition.h"
 #include "core/ApplicationsExternes.h"
 #include "core/Chargement.h"
 #include "core/frmConfig.h"
@@ -35,6 +36,8 @@ void Assembler(frmFichierPhoto& fenetre) {
                          [&fenetre] { frmAjouterCartouche::Reconstruire(fenetre); });
   // The external editor: export, the applications' window, import (core).
   InstallerApplicationsExternes(fenetre);
+  // Scanners and cameras through SANE (core).
+  InstallerAcquisition(fenetre);
   // The finder, the default way to open a picture (finder).
   fenetre.DefinirCrochet(QStringLiteral("frmSearch"), [&fenetre] { frmSearch::Afficher(fenetre); });
   // Filters and crop (adjust).

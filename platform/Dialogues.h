@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QFont>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 namespace tg {
@@ -50,6 +51,12 @@ class IDialogues {
   virtual std::optional<QFont> Police(const QFont& initiale) = 0;
   // Shows the balloon; sets `nePlusAfficher` to 1 when the box is ticked.
   virtual void MsgBoxEx(const Bulle& bulle, int& nePlusAfficher) = 0;
+  // One item of a list; std::nullopt when cancelled (and where no one can answer).
+  virtual std::optional<QString> Choix(const QString& titre, const QString& invite, const QStringList& elements,
+                                       int courant) {
+    (void)titre, (void)invite, (void)elements, (void)courant;
+    return std::nullopt;
+  }
 };
 
 // "Jpeg (*.jpg)|*.jpg|Tous (*.*)|*.*" -> "Jpeg (*.jpg);;Tous (*)": each label

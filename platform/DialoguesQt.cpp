@@ -87,6 +87,14 @@ class DialoguesQt : public IDialogues {
     return s;
   }
 
+  std::optional<QString> Choix(const QString& titre, const QString& invite, const QStringList& elements,
+                               int courant) override {
+    bool ok = false;
+    const QString s = QInputDialog::getItem(Parent(), titre, invite, elements, courant, false, &ok);
+    if (!ok) return std::nullopt;
+    return s;
+  }
+
   QString FichierOuvrir(const QString& titre, const QString& dossier,
                         const QString& filtre) override {
     return QFileDialog::getOpenFileName(Parent(), titre, dossier, FiltreQt(filtre));

@@ -32,6 +32,18 @@ std::optional<QString> DialoguesScriptes::Saisie(const QString& titre, const QSt
   return s;
 }
 
+std::optional<QString> DialoguesScriptes::Choix(const QString& titre, const QString& invite,
+                                                const QStringList& elements, int) {
+  appels.push_back({"Choix", titre, invite});
+  elementsChoix = elements;
+  QString s;
+  if (!Prendre(chaines, s)) return std::nullopt;
+  // The first element that begins with the scripted text, as a user picks a line.
+  for (const QString& e : elements)
+    if (e.startsWith(s)) return e;
+  return s;
+}
+
 QString DialoguesScriptes::FichierOuvrir(const QString& titre, const QString& dossier,
                                          const QString&) {
   appels.push_back({"FichierOuvrir", titre, dossier});

@@ -45,6 +45,11 @@ class DialoguesScriptes : public IDialogues {
   int Couleur(int initiale) override;
   std::optional<QFont> Police(const QFont& initiale) override;
   void MsgBoxEx(const Bulle& bulle, int& nePlusAfficher) override;
+  // Answers from `chaines` with the first element beginning with the
+  // scripted text; `elementsChoix` keeps the list offered.
+  std::optional<QString> Choix(const QString& titre, const QString& invite, const QStringList& elements,
+                               int courant) override;
+  QStringList elementsChoix;
 
   // The last call, or an empty one.
   Appel Dernier() const { return appels.empty() ? Appel{} : appels.back(); }
