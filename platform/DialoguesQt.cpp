@@ -80,19 +80,28 @@ class DialoguesQt : public IDialogues {
 
   std::optional<QString> Saisie(const QString& titre, const QString& invite,
                                 const QString& defaut) override {
-    bool ok = false;
-    const QString s =
-        QInputDialog::getText(Parent(), titre, invite, QLineEdit::Normal, defaut, &ok);
-    if (!ok) return std::nullopt;
-    return s;
+    QInputDialog d(Parent());
+    d.setWindowTitle(titre);
+    d.setLabelText(invite);
+    d.setTextValue(defaut);
+    d.setOkButtonText(QStringLiteral("OK"));
+    d.setCancelButtonText(QStringLiteral("Annuler"));
+    if (d.exec() != QDialog::Accepted) return std::nullopt;
+    return d.textValue();
   }
 
   std::optional<QString> Choix(const QString& titre, const QString& invite, const QStringList& elements,
                                int courant) override {
-    bool ok = false;
-    const QString s = QInputDialog::getItem(Parent(), titre, invite, elements, courant, false, &ok);
-    if (!ok) return std::nullopt;
-    return s;
+    QInputDialog d(Parent());
+    d.setWindowTitle(titre);
+    d.setLabelText(invite);
+    d.setComboBoxItems(elements);
+    d.setComboBoxEditable(false);
+    if (courant >= 0 && courant < elements.size()) d.setTextValue(elements[courant]);
+    d.setOkButtonText(QStringLiteral("OK"));
+    d.setCancelButtonText(QStringLiteral("Annuler"));
+    if (d.exec() != QDialog::Accepted) return std::nullopt;
+    return d.textValue();
   }
 
   QString FichierOuvrir(const QString& titre, const QString& dossier,

@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTemporaryDir>
 #include <dlfcn.h>
 #include <sane/sane.h>
@@ -29,7 +30,7 @@ using test::DialoguesScriptes;
 // SANE takes the folder of SANE_CONFIG_DIR once a process, and reads its
 // dll.conf, which names the backends, at each start: one folder serves every
 // test, its dll.conf rewritten by each.
-void ConfigurerSane(const QString& backends) {
+void ConfigurerSane(const QString& backends, bool troisPasses = false) {
   // SANE's test backend keeps a read buffer past its end; loaded here for
   // good, it stays named in the leak report, which lsan.supp then leaves out.
   static const bool garde = [] {
@@ -46,6 +47,15 @@ void ConfigurerSane(const QString& backends) {
   ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
   f.write(backends.toUtf8());
   f.close();
+  // The test backend's pattern: colour, 50 dpi, 80 x 100 mm, sent in one
+  // frame or in three (red, green, blue apart).
+  QFile t(dossier + "/test.conf");
+  ASSERT_TRUE(t.open(QIODevice::WriteOnly | QIODevice::Truncate));
+  t.write(QStringLiteral("number_of_devices 1\nmode Color\ndepth 8\nthree-pass %1\nthree-pass-order RGB\n"
+                         "resolution 50.0\ntest-picture \"Color pattern\"\ntl_x 0.0\ntl_y 0.0\nbr_x 80.0\n"
+                         "br_y 100.0\n")
+              .arg(troisPasses ? "true" : "false")
+              .toUtf8());
   qputenv("SANE_CONFIG_DIR", dossier.toUtf8());
 }
 
@@ -62,21 +72,28 @@ class Scanner : public testing::Test {
     SourceScannerChoisie().clear();
   }
   void Creer() { w = std::make_unique<frmFichierPhoto>(s, ai); }
-  // The size the test pattern comes in, scanned directly.
-  QSize Attendue() {
+  // The pattern scanned directly.
+  QImage Directe() {
     QImage i;
     QString erreur;
     bool annule = false;
     std::atomic<bool> non{false};
     EXPECT_TRUE(AcquerirScanner("test:0", i, erreur, annule, non)) << erreur.toStdString();
-    return i.size();
+    return i;
   }
 };
 
 TEST_F(Scanner, SourceDeTestEtLesDeuxAcquisitions) {
   ConfigurerSane("test\n");
-  const QSize attendue = Attendue();
-  ASSERT_FALSE(attendue.isEmpty());
+  // 80 x 100 mm at 50 dpi: 157 x 196 pixels.
+  const QSize attendue(157, 196);
+  const QImage directe = Directe();
+  ASSERT_EQ(directe.size(), attendue);
+  // A pattern, not a plain picture.
+  QSet<QRgb> couleurs;
+  for (int y = 0; y < directe.height(); ++y)
+    for (int x = 0; x < directe.width(); ++x) couleurs.insert(directe.pixel(x, y));
+  EXPECT_GT(couleurs.size(), 4);
   QString erreur;
   const std::vector<SourceScanner> sources = SourcesScanner(erreur);
   ASSERT_FALSE(sources.empty()) << erreur.toStdString();
@@ -103,6 +120,16 @@ TEST_F(Scanner, SourceDeTestEtLesDeuxAcquisitions) {
   EXPECT_EQ(QImage(fichier).size(), attendue);
   EXPECT_EQ(s.PathOrigine, fichier);
   EXPECT_EQ(QSize(s.Largeur, s.Hauteur), attendue);
+}
+
+// A scanner that sends red, green and blue in three frames gives the same picture.
+TEST_F(Scanner, TroisPassesCommeUne) {
+  ConfigurerSane("test\n");
+  const QImage une = Directe();
+  ConfigurerSane("test\n", true);
+  const QImage trois = Directe();
+  EXPECT_EQ(trois.size(), QSize(157, 196));
+  EXPECT_TRUE(une == trois);
 }
 
 TEST_F(Scanner, SansBackendLeMessageEtRienDAutre) {
