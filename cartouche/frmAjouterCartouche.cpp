@@ -19,6 +19,7 @@
 #include "cartouche/Listes.h"
 #include "cartouche/RenduCartouche.h"
 #include "cartouche/frmMotClef.h"
+#include "measure/frmExtrapolFocale.h"
 #include "core/frmFichierPhoto.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
@@ -273,8 +274,8 @@ void frmAjouterCartouche::Construire() {
   auto* appliquer = bouton(fraChoixTable_, lt, "cmdAppliquerTable", QStringLiteral("OK"), 3, 0);
   auto* annuler = bouton(fraChoixTable_, lt, "cmdAnnulerTable", QStringLiteral("Annuler"), 3, 1);
   cmdExtrapolFoc_ = bouton(fraChoixTable_, lt, "cmdExtrapolFoc", QStringLiteral("Extrapoler"), 3, 2);
-  // The focal extrapolation dialog is not part of the program yet.
   cmdExtrapolFoc_->setEnabled(false);
+  connect(cmdExtrapolFoc_, &QPushButton::clicked, this, [this] { cmdExtrapolFoc(); });
   cmdExtrapolFoc_->setToolTip(
       QStringLiteral("Uniquement si votre focale n'existe pas déjà dans une table !"));
   connect(comboTables_, &QComboBox::activated, this, [this] { comboTables_Click(); });
@@ -843,8 +844,8 @@ void frmAjouterCartouche::cmdEtalonner() {
 
 void frmAjouterCartouche::fraChoixTable_Expand() {
   txtObjRef_->clear();
-  // cmdExtrapolFoc stays disabled until the extrapolation dialog exists.
-  cmdExtrapolFoc_->setEnabled(false);
+  // A zoom needs the camera's model and the photo's focal length.
+  cmdExtrapolFoc_->setEnabled(!s_.Modele.isEmpty() && s_.FocaleAPN > 0);
   ListeCombo liste(comboTables_), index(comboIndexTable_);
   liste.Vider();
   index.Vider();
@@ -1353,10 +1354,21 @@ void frmAjouterCartouche::cmdSuite() {
   close();
 }
 
+QString frmAjouterCartouche::LegendeActuelle() const { return LegendeEchelle(ValeursDessin()); }
+
+void frmAjouterCartouche::cmdExtrapolFoc() {
+  s_.DepuisCartouche = true;
+  cmdAnnulerTable();
+  if (extrapolation_) extrapolation_->close();
+  extrapolation_ = frmExtrapolFocale::Afficher(s_, this);
+}
+
 void frmAjouterCartouche::closeEvent(QCloseEvent* e) {
-  // The keyword dialog and the pipette go with the form.
+  // The keyword dialog, the pipette and the extrapolation go with the form.
   if (motClef_) motClef_->close();
   if (pipette_) pipette_->close();
+  if (extrapolation_) extrapolation_->close();
+  s_.DepuisCartouche = false;
   if (principal_) principal_->show();
   e->accept();
 }

@@ -73,6 +73,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void cmdEtalonner();
   void fraChoixTable_Expand();
   void chkAfficherTouteTable_Click();
+  // Opens frmExtrapolFocale for this form (DepuisCartouche).
+  void cmdExtrapolFoc();
   void comboTables_Click();
   void cmdAppliquerTable();
   void cmdAnnulerTable();
@@ -83,6 +85,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
 
   bool CartoucheValide() const { return cartoucheValide_; }
   bool TableAppliquee() const { return tableAppliquee_; }
+  // The caption of the scale bar as the cartouche draws it now.
+  QString LegendeActuelle() const;
   float EchellePixels() const { return echellePixels_; }
   int HauteurCartouche() const { return forme_.hauteurCartouche; }
   const QImage& ImageCartouche() const { return cartouche_; }
@@ -161,6 +165,7 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   QPushButton *cmdOuvrirFraChoixChamp_, *cmdOuvrirFraTable_;
   QPointer<frmMotClef> motClef_;
   QPointer<QWidget> pipette_;
+  QPointer<QWidget> extrapolation_;
 };
 
 }  // namespace tg

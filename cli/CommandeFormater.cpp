@@ -24,6 +24,8 @@
 #include "core/Formats.h"
 #include "core/Session.h"
 #include "core/modMain.h"
+#include "measure/ExtrapolationFocale.h"
+#include "measure/TableMesure.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
@@ -95,7 +97,7 @@ int Formater(const QStringList& arguments) {
       "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
       "--date",      "--table",      "--objectif",   "--pix",       "--mic",
-      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage"};
+      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale"};
   static const QStringList drapeaux = {"--debrider"};
   Options o;
   QStringList fichiers;
@@ -130,6 +132,9 @@ int Formater(const QStringList& arguments) {
   const bool parSaisie = o.A("--pix") || o.A("--mic");
   if (parTable && parSaisie)
     return Usage(QStringLiteral("--table et --pix/--mic ne vont pas ensemble"));
+  double focale = 0;
+  if (o.A("--focale") && (!parTable || !LireNombre(o.V("--focale"), focale) || !(focale > 0)))
+    return Usage(QStringLiteral("--focale : une focale en mm au-dessus de 0, avec --table"));
   if ((parTable || parSaisie) && !o.A("--objectif"))
     return Usage(QStringLiteral("--objectif manque"));
   if (parSaisie && !(o.A("--pix") && o.A("--mic")))
@@ -197,6 +202,9 @@ int Formater(const QStringList& arguments) {
     return Refus("Error - " + ai.Error_GetLast());
   s.Etape = 2;
 
+  // The photo's focal length as told, for the extrapolated scale.
+  if (focale > 0) s.FocaleAPN = float(focale);
+
   // The cartouche, through the form.
   frmAjouterCartouche f(s, ai, nullptr);
   f.Form_Load();
@@ -213,7 +221,28 @@ int Formater(const QStringList& arguments) {
 
   if (parTable || parSaisie) {
     Controle<QPushButton>(f, "cmdEtalonner")->click();
-    if (parTable) {
+    if (parTable && focale > 0) {
+      // The scale of the table's focal series at the photo's focal length,
+      // as frmExtrapolFocale sends it to the form.
+      bool ok = false;
+      const int n = o.V("--table").toInt(&ok);
+      FichierMesure fm;
+      const int nbEnreg = fm.Ouvrir() ? fm.LireEntete() : 0;
+      fm.Fermer();
+      if (!ok || n < 1 || n >= nbEnreg)
+        return Refus("Table n° " + o.V("--table") + " introuvable (" + QString::number(std::max(0, nbEnreg - 1)) +
+                     " table(s))");
+      bool doublons = false;
+      const SerieFocale serie = SerieDeLaTable(n, s, true, &doublons);
+      if (doublons) Ligne(QStringLiteral("Doublons supprimés !"), stderr);
+      const Extrapolation r = CalculerExtrapolation(serie, s.FocaleAPN, s.SeparateurDecimal);
+      if (!r.calcule) return Refus(r.refus);
+      Controle<QPushButton>(f, "cmdAnnulerTable")->click();
+      Saisir(f, "txtPix", QString::number(r.pixPour100));
+      Saisir(f, "txtMic", QStringLiteral("100"));
+      Saisir(f, "ComboObjectif", o.V("--objectif"));
+      s.ExtrapolationFoc = true;
+    } else if (parTable) {
       auto* toutes = Controle<QCheckBox>(f, "chkAfficherTouteTable");
       if (!toutes->isChecked()) toutes->click();
       auto* tables = Controle<QComboBox>(f, "comboTables");

@@ -71,6 +71,7 @@ struct SessionRecord {
   float ReductionImage = 0;
   QString LargeurOrigineMeta;
   bool ExtrapolationFoc = false;
+  bool DepuisCartouche = false;  // frmExtrapolFocale was opened by the cartouche form
   QString MotClef, Regne, Embranchement, Classe, Ordre, Famille, Genre, Espece;
   QString MicroscopeMeta, ApPhotoMeta, ObjectifMeta;
   // Scale anchors and keywords read back from a comment block; emptied on reset.

@@ -215,6 +215,7 @@ void frmFichierPhoto::ConstruireMenus() {
   mesures->addSeparator();
   Entree(mesures, "mnuGestionTables", "Gestion des tables de mesure",
          [this] { mnuGestionTables(); });
+  Entree(mesures, "mnuExtrapolFocale", "Extrapolation de focale", crochet("frmExtrapolFocale"));
   Entree(mesures, "mnuAjoutTable", "Ajouter une table manuellement", crochet("frmGenMesures"));
 
   QMenu* aide = SousMenu(nullptr, "mnuAide", "&?");

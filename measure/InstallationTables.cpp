@@ -5,6 +5,7 @@
 
 #include "core/frmFichierPhoto.h"
 #include "measure/LiensTables.h"
+#include "measure/frmExtrapolFocale.h"
 #include "measure/frmGenMesures.h"
 #include "measure/frmGestionTables.h"
 #include "measure/frmMesure.h"
@@ -34,6 +35,12 @@ void InstallerTablesMesure(frmFichierPhoto& fenetre) {
   // The main window has already refused to open without table_mesure.dat.
   fenetre.DefinirCrochet(QStringLiteral("frmGestionTables"), [f] {
     if (f) frmGestionTables::Afficher(f->Session(), false, f);
+  });
+  // The focal extrapolation from the main window: its result stays in it.
+  fenetre.DefinirCrochet(QStringLiteral("frmExtrapolFocale"), [f] {
+    if (!f) return;
+    f->Session().DepuisCartouche = false;
+    f->FenetreOuverte(frmExtrapolFocale::Afficher(f->Session(), f));
   });
   // The measuring window, in the mode the menu has just set in ModeMesure.
   fenetre.DefinirCrochet(QStringLiteral("frmMesure"), [f] {

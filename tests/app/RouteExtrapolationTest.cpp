@@ -1,0 +1,154 @@
+// The extrapolated scale through the real windows and through the headless
+// tool: tables at 5 and 10 mm, the photo at 7.5 mm; the cartouche shows
+// " [*]", the file says ExtrapolationFoc=1 and carries the extrapolated scale.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include "app/Assemblage.h"
+#include "cartouche/frmAjouterCartouche.h"
+#include "core/Session.h"
+#include "core/frmFichierPhoto.h"
+#include "core/modMain.h"
+#include "imaging/cAdvancedImagery.h"
+#include "platform/Dialogues.h"
+#include "platform/Systeme.h"
+#include "platform/Textes.h"
+#include "tests/app/Outils.h"
+#include "tests/support/DialoguesScriptes.h"
+#include "tests/support/Processus.h"
+
+namespace tg {
+namespace {
+
+using test::Commentaire;
+using test::Fenetre;
+
+TEST(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
+  const QString photo = QDir::current().filePath("photo.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
+  for (const char* focale : {"5", "10"})
+    ASSERT_EQ(test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix", "2272",
+                                           "--micro", "Micro-A", "--config", "Fond clair", "--obj", "40", "--pix",
+                                           QString::number(QString(focale).toInt() * 50), "--mic", "100",
+                                           "--focale", focale})
+                  .code,
+              0);
+  const QString parOutil = QDir::current().filePath("outil.jpg");
+  const test::Sortie r =
+      test::Executer(test::Cli(), {"formater", photo, "-o", parOutil, "--table", "1", "--focale", "7.5",
+                                   "--objectif", "40", "--titre", "Navicula sp.", "--longueur",
+                                   "50", "--auteur", "A. Nonyme", "--provenance", "Etang"});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+
+  test::DialoguesScriptes dlg;
+  SessionRecord s;
+  RecupereValeurIni(s);
+  PrendreFormatConfig(s);
+  s.SeparateurDecimal = SeparateurDecimalSysteme();
+  s.ImageAccueil = "0";
+  s.ModeOuvrir = "1";
+  s.MethodeRedim = "0";
+  cAdvancedImagery ai;
+  frmFichierPhoto w(s, ai);
+  Assembler(w);
+  w.show();
+  QApplication::processEvents();
+
+  dlg.chaines.push_back(photo);
+  w.findChild<QAction*>("Ouvrir")->trigger();
+  ASSERT_EQ(s.Etape, 1);
+  w.findChild<QAction*>("RedimAuto")->trigger();
+  QWidget* ressampl = Fenetre("frmChooseRessampl");
+  ASSERT_NE(ressampl, nullptr);
+  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
+  ressampl->findChild<QPushButton*>("cmdConsever")->click();
+  QApplication::processEvents();
+  ASSERT_EQ(s.Etape, 2);
+
+  w.findChild<QAction*>("Cartouche")->trigger();
+  QWidget* f = Fenetre("frmAjouterCartouche");
+  ASSERT_NE(f, nullptr);
+  auto ligne = [f](const char* nom) { return f->findChild<QLineEdit*>(QLatin1String(nom)); };
+  auto liste = [f](const char* nom) { return f->findChild<QComboBox*>(QLatin1String(nom)); };
+  ligne("txtCommentaire")->setText("Navicula sp.");
+  ligne("txtNomAuteur")->setText("A. Nonyme");
+  liste("comboProvenance")->setCurrentText("Etang");
+  f->findChild<QPushButton*>("cmdEtalonner")->click();
+  auto* extrapoler = f->findChild<QPushButton*>("cmdExtrapolFoc");
+  ASSERT_TRUE(extrapoler->isEnabled());
+  extrapoler->click();
+  QApplication::processEvents();
+  QWidget* e = Fenetre("frmExtrapolFocale");
+  ASSERT_NE(e, nullptr);
+  auto* choix = e->findChild<QComboBox*>("comboTable");
+  ASSERT_EQ(choix->count(), 3);
+  choix->setCurrentIndex(1);
+  emit choix->activated(1);
+  EXPECT_EQ(e->findChild<QLabel*>("lblxPixMic")->text(), QStringLiteral("F:7") + SeparateurDecimalSysteme() +
+                                                             "5mm    100 µm = 375 pixels");
+  e->findChild<QPushButton*>("cmdEnvoyerAuCartouche")->click();
+  QApplication::processEvents();
+  EXPECT_EQ(dlg.Dernier().texte, "N'oubliez pas de sélectionner un objectif ...");
+  EXPECT_EQ(Fenetre("frmExtrapolFocale"), nullptr);
+  EXPECT_EQ(ligne("txtPix")->text(), "375");
+  EXPECT_EQ(ligne("txtMic")->text(), "100");
+  EXPECT_TRUE(s.ExtrapolationFoc);
+  liste("ComboObjectif")->setCurrentText("40");
+  ligne("txtLongueur")->setText("50");
+  f->findChild<QPushButton*>("cmdDessiner")->click();
+  EXPECT_TRUE(static_cast<frmAjouterCartouche*>(f)->LegendeActuelle().contains(" [*]   obj. x40"))
+      << static_cast<frmAjouterCartouche*>(f)->LegendeActuelle().toStdString();
+  dlg.appels.clear();
+  f->findChild<QPushButton*>("cmdSuite")->click();
+  QApplication::processEvents();
+  // Only the stage's help balloon: no error on the way.
+  for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
+  ASSERT_EQ(s.Etape, 3);
+  EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+
+  w.findChild<QAction*>("Sauver")->trigger();
+  QWidget* enr = Fenetre("frmEnregistrer");
+  ASSERT_NE(enr, nullptr);
+  enr->findChild<QPushButton*>("cmdPreparer")->click();
+  const QString parFenetre = QDir::current().filePath("fenetre.jpg");
+  dlg.chaines.push_back(parFenetre);
+  enr->findChild<QPushButton*>("cmdConfirmer")->click();
+  QApplication::processEvents();
+  ASSERT_EQ(s.Etape, 4);
+
+  // Same block but for the moment of building, same pixels.
+  static const QRegularExpression date(QStringLiteral("DateImage=[^\r]*"));
+  QString a = Commentaire(parOutil), b = Commentaire(parFenetre);
+  ASSERT_TRUE(a.contains(date));
+  EXPECT_TRUE(a.contains("\r\nExtrapolationFoc=1"));
+  a.replace(date, QString());
+  b.replace(date, QString());
+  EXPECT_EQ(a.toStdString(), b.toStdString());
+  const QImage pa(parOutil), pb(parFenetre);
+  ASSERT_FALSE(pa.isNull());
+  EXPECT_EQ(pa.size(), QSize(800, 660));
+  EXPECT_TRUE(pa == pb);
+
+  // 100 microns = 375 pixels of the photo, 2272 wide, saved 800 wide.
+  const test::Sortie echelle = test::Executer(test::Cli(), {"echelle", parFenetre});
+  const QRegularExpressionMatch m =
+      QRegularExpression("MicronsParPixel=([0-9.,]+)").match(QString::fromUtf8(echelle.sortie));
+  ASSERT_TRUE(m.hasMatch()) << echelle.sortie.toStdString();
+  double mpp = 0;
+  ASSERT_TRUE(LireNombre(m.captured(1), mpp));
+  EXPECT_NEAR(mpp, 100.0 / 375 * 2272 / 800, 1e-4);
+  w.hide();
+}
+
+}  // namespace
+}  // namespace tg
