@@ -219,8 +219,16 @@ frmExtrapolFocale* frmExtrapolFocale::Afficher(SessionRecord& session, QWidget* 
   auto* f = new frmExtrapolFocale(session, appelant);
   f->setAttribute(Qt::WA_DeleteOnClose);
   f->adjustSize();
-  // Centred on its caller.
-  if (appelant) f->move(appelant->frameGeometry().center() - f->rect().center());
+  // Centred on its caller, kept on the screen.
+  if (appelant) {
+    QPoint p = appelant->frameGeometry().center() - f->rect().center();
+    if (QScreen* e = appelant->screen()) {
+      const QRect g = e->availableGeometry();
+      p.setX(std::clamp(p.x(), g.left(), std::max(g.left(), g.right() - f->width())));
+      p.setY(std::clamp(p.y(), g.top(), std::max(g.top(), g.bottom() - f->height())));
+    }
+    f->move(p);
+  }
   f->show();
   return f;
 }
