@@ -98,7 +98,7 @@ int Formater(const QStringList& arguments) {
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
       "--date",      "--table",      "--objectif",   "--pix",       "--mic",
       "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale"};
-  static const QStringList drapeaux = {"--debrider"};
+  static const QStringList drapeaux = {"--debrider", "--exact"};
   Options o;
   QStringList fichiers;
   for (int i = 0; i < arguments.size(); ++i) {
@@ -174,10 +174,18 @@ int Formater(const QStringList& arguments) {
   cAdvancedImagery ai;
 
   // Loading, as ChargerImage does it.
-  if (!ChargerBitmap(s, ai, o.photo)) return Refus(ai.Error_GetLast());
+  // The picture goes straight to resizing: a JPEG is decoded at the smallest
+  // DCT scale that leaves twice the output size, the session keeping the
+  // file's size. A crop is cut in the whole picture.
+  QSize tailleFichier;
+  const int cote = 2 * std::max<int>(s.ApnLargCourant, s.ApnHautCourant);
+  const bool charge = o.A("--exact") || o.A("--recadrage")
+                          ? ChargerBitmap(s, ai, o.photo)
+                          : ChargerBitmapReduit(s, ai, o.photo, cote, cote, tailleFichier);
+  if (!charge) return Refus(ai.Error_GetLast());
   // A picture cut in its image data is not formatted without a person to agree.
   if (!ai.Incomplet().isEmpty()) return Refus(ai.Incomplet() + QStringLiteral(" Il n'est pas formaté."));
-  for (const QString& e : RemplirSession(s, ai, o.photo)) Ligne(e, stderr);
+  for (const QString& e : RemplirSession(s, ai, o.photo, tailleFichier)) Ligne(e, stderr);
   LireMetadonneesImage(s);
   s.Etape = 1;
   const DecisionControle d = DeciderControleImage(s);

@@ -36,9 +36,22 @@ bool ChargerBitmap(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
   return ai.IO_LoadImage(chemin, s.ImageCourante);
 }
 
-QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin) {
+bool ChargerBitmapReduit(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, int minLargeur,
+                         int minHauteur, QSize& taille) {
+  ai.IO_DestroyBitmap(s.ImageSansFiltre);
+  ai.IO_DestroyBitmap(s.ImageCourante);
+  ai.IO_DestroyBitmap(s.ImageFormatee);
+  ai.IO_DestroyBitmap(s.ImageMesure);
+  ai.IO_DestroyBitmap(s.ImageFiltre);
+  int l = 0, h = 0;
+  if (!ai.IO_LoadImageReduite(chemin, minLargeur, minHauteur, s.ImageCourante, l, h)) return false;
+  taille = QSize(l, h);
+  return true;
+}
+
+QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, QSize tailleFichier) {
   QStringList erreurs;
-  ReinitialiserSession(s, ai);
+  ReinitialiserSession(s, ai, tailleFichier);
   s.PathOrigine = chemin;
   if (!ai.Metadata_Get_EXIF(s.ImageCourante, s.ExifTexte, 1))
     erreurs << "Error - " + ai.Error_GetLast();

@@ -1,6 +1,7 @@
 #pragma once
 // Loading a picture into the session and recognising one already formatted:
 // the steps that need no window.
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -28,7 +29,12 @@ bool ChargerBitmap(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
 // set, ExifTexte, IptcTexte and CommentaireImage read. Returns one
 // "Error - " text per failed metadata call; the readers of step 7 (LireMeta)
 // come after.
-QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin);
+QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin,
+                           QSize tailleFichier = {});
+// ChargerBitmap for a picture that goes straight to resizing: a JPEG decoded
+// reduced, never below minLargeur x minHauteur; the file's own size in `taille`.
+bool ChargerBitmapReduit(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, int minLargeur,
+                         int minHauteur, QSize& taille);
 
 // What txtExif shows after a load: the comment when there is one, else the
 // EXIF sub-directory, a line break and the main directory; hidden when all

@@ -18,8 +18,13 @@ float Rapport(int32_t largeur, int32_t hauteur) {
 }
 }  // namespace
 
-void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai) {
+void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai, QSize tailleFichier) {
   LireTaille(s, ai);
+  // A picture decoded reduced keeps the file's size: every scale refers to it.
+  if (tailleFichier.isValid() && !tailleFichier.isEmpty()) {
+    s.LargeurOrigine = tailleFichier.width();
+    s.HauteurOrigine = tailleFichier.height();
+  }
   s.Largeur = s.LargeurOrigine;
   s.LargeurCadrage = s.LargeurOrigine;
   s.Hauteur = s.HauteurOrigine;

@@ -1,4 +1,5 @@
 #pragma once
+#include <QSize>
 // Operations on the session record that need no window.
 #include <QString>
 
@@ -9,7 +10,7 @@ namespace tg {
 class cAdvancedImagery;
 
 // Clears the record for a newly loaded ImageCourante and reads its size.
-void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai);
+void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai, QSize tailleFichier = {});
 
 // Drops every session bitmap and the image's flags; Etape becomes 0. The
 // caller empties its display and applies the stage.

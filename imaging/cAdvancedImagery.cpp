@@ -219,6 +219,50 @@ bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
   return true;
 }
 
+int DenominateurDCT(int largeur, int hauteur, int minLargeur, int minHauteur) {
+  for (int d : {8, 4, 2})
+    if (largeur / d >= minLargeur && hauteur / d >= minHauteur) return d;
+  return 1;
+}
+
+bool cAdvancedImagery::IO_LoadImageReduite(const QString& chemin, int minLargeur, int minHauteur, Bitmap& sortie,
+                                           int& largeurFichier, int& hauteurFichier) {
+  sortie.Reset();
+  largeurFichier = hauteurFichier = 0;
+  incomplet_.clear();
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) return Echec(verification.message);
+  InfosImage infos;
+  int d = 1;
+  if (verification.type == TypeFichierImage::JPEG && Info_File(chemin, infos))
+    d = DenominateurDCT(infos.largeur, infos.hauteur, minLargeur, minHauteur);
+  if (d == 1) {
+    if (!IO_LoadImage(chemin, sortie)) return false;
+    largeurFichier = Info_Width(sortie);
+    hauteurFichier = Info_Height(sortie);
+    return true;
+  }
+  incomplet_ = verification.incomplet ? verification.message : QString();
+  MessageBibliotheque().clear();
+  // The JPEG reader takes the largest 1/d whose longer side, divided down,
+  // still reaches the size asked: asking exactly that gives this d.
+  const int cote = std::max(infos.largeur, infos.hauteur) / d;
+  const QByteArray nom = NomFichier(chemin);
+  Bitmap reduite(FreeImage_Load(FIF_JPEG, nom.constData(), cote << 16));
+  if (reduite.Vide() || int(FreeImage_GetWidth(reduite.Get())) < minLargeur ||
+      int(FreeImage_GetHeight(reduite.Get())) < minHauteur) {
+    // Not the expected reduction: the whole picture, as always.
+    if (!IO_LoadImage(chemin, sortie)) return false;
+    largeurFichier = Info_Width(sortie);
+    hauteurFichier = Info_Height(sortie);
+    return true;
+  }
+  sortie = std::move(reduite);
+  largeurFichier = infos.largeur;
+  hauteurFichier = infos.hauteur;
+  return true;
+}
+
 bool cAdvancedImagery::IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie) {
   sortie = QImage();
   incomplet_.clear();

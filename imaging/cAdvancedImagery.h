@@ -59,6 +59,10 @@ struct TexteSurImage {
   double decalage = 0.75; // kept for the callers; rotated text turns about its anchor
 };
 
+// The largest of 8, 4 and 2 that leaves at least minLargeur x minHauteur of a
+// largeur x hauteur picture; 1 when none does.
+int DenominateurDCT(int largeur, int hauteur, int minLargeur, int minHauteur);
+
 class cAdvancedImagery {
  public:
   cAdvancedImagery();  // routes the library's messages to the last-error text
@@ -81,6 +85,12 @@ class cAdvancedImagery {
   // Incomplet() tells about a cut one. May run off the interface thread, on
   // an object of its own.
   bool IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie);
+  // For a picture that goes straight to resizing: a JPEG decoded at the
+  // smallest DCT scale (1/2, 1/4, 1/8) that still leaves at least
+  // minLargeur x minHauteur, any other file whole. The file's own size comes
+  // back in largeurFichier, hauteurFichier.
+  bool IO_LoadImageReduite(const QString& chemin, int minLargeur, int minHauteur, Bitmap& sortie,
+                           int& largeurFichier, int& hauteurFichier);
   // Info_ALL of a file from its header where the format allows it, without
   // decoding the picture.
   bool Info_File(const QString& chemin, InfosImage& infos);

@@ -7,7 +7,9 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStandardPaths>
+#include <cmath>
 
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Ini.h"
@@ -139,6 +141,44 @@ TEST_F(CliFormater, ReglesQuiRefusentEtMauvaisUsage) {
   const test::Sortie r = test::Executer(
       test::Cli(), {"formater", QDir::current().filePath("absent.jpg"), "-o", cible});
   EXPECT_EQ(r.code, 3);
+}
+
+// A large photo, of a size no multiple of 8, decoded reduced: the same
+// comment block, to the last digit, as through the full decode (--exact),
+// and pixels within a JPEG save of each other. A crop is cut in the whole
+// picture, in the file's pixels.
+TEST_F(CliFormater, DecodageReduitMemeEchelleQueLeDecodageComplet) {
+  const QString grande = QDir::current().filePath("grande.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", grande, "--largeur", "4803", "--hauteur", "3601"}).code, 0);
+  const QString reduite = QDir::current().filePath("reduite.jpg"), complete = QDir::current().filePath("complete.jpg");
+  const QStringList echelle = {"--pix", "1000", "--mic", "100", "--objectif", "40", "--titre", "Grande"};
+  ASSERT_EQ(test::Executer(test::Cli(), QStringList{"formater", grande, "-o", reduite} + echelle).code, 0);
+  ASSERT_EQ(test::Executer(test::Cli(), QStringList{"formater", grande, "-o", complete, "--exact"} + echelle).code, 0);
+  static const QRegularExpression date(QStringLiteral("DateImage=[^\r]*"));
+  QString a = Commentaire(reduite), b = Commentaire(complete);
+  EXPECT_TRUE(a.contains("\r\nLargeurOrigine=4803\r\n")) << a.toStdString();
+  a.replace(date, QString());
+  b.replace(date, QString());
+  EXPECT_EQ(a.toStdString(), b.toStdString());
+  const QImage ia(reduite), ib(complete);
+  ASSERT_EQ(ia.size(), ib.size());
+  double somme = 0;
+  for (int y = 0; y < ia.height(); ++y)
+    for (int x = 0; x < ia.width(); ++x) {
+      const QRgb p = ia.pixel(x, y), q = ib.pixel(x, y);
+      for (int d : {qRed(p) - qRed(q), qGreen(p) - qGreen(q), qBlue(p) - qBlue(q)}) somme += double(d) * d;
+    }
+  const double psnr = 10 * std::log10(255.0 * 255.0 / (somme / (3.0 * ia.width() * ia.height()) + 1e-12));
+  EXPECT_GT(psnr, 40) << psnr;
+
+  const QString coupee = QDir::current().filePath("coupee.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), QStringList{"formater", grande, "-o", coupee, "--recadrage", "3,5,2400,1800"} +
+                                            echelle)
+                .code,
+            0);
+  const QString c = Commentaire(coupee);
+  EXPECT_TRUE(c.contains("\r\nLargeurOrigine=4803\r\n"));
+  EXPECT_TRUE(c.contains("\r\nLargeurRecadrer=2400\r\n")) << c.toStdString();
 }
 
 }  // namespace

@@ -646,3 +646,37 @@ TEST_F(Imagerie, UnEnregistrementRateLaisseLAncienFichier) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// A JPEG decoded at a reduced DCT scale: the smallest that leaves the size
+// asked, the file's own size given back; other files whole.
+TEST(ChargementReduit, EchelleDCTEtTailleDuFichier) {
+  EXPECT_EQ(DenominateurDCT(6000, 4000, 1600, 1600), 2);
+  EXPECT_EQ(DenominateurDCT(6000, 4000, 1500, 1000), 4);
+  EXPECT_EQ(DenominateurDCT(6000, 4000, 750, 500), 8);
+  EXPECT_EQ(DenominateurDCT(1500, 1000, 1600, 1200), 1);
+  QImage image(3203, 2401, QImage::Format_RGB32);
+  image.fill(QColor(90, 140, 200));
+  const QString jpeg = QDir::current().filePath("grande.jpg");
+  ASSERT_TRUE(image.save(jpeg, "JPG", 90));
+  cAdvancedImagery ai;
+  Bitmap b;
+  int l = 0, h = 0;
+  ASSERT_TRUE(ai.IO_LoadImageReduite(jpeg, 800, 600, b, l, h)) << ai.Error_GetLast().toStdString();
+  EXPECT_EQ(l, 3203);
+  EXPECT_EQ(h, 2401);
+  EXPECT_EQ(ai.Info_Width(b), 801);  // 1/4, rounded up as the decoder does
+  EXPECT_EQ(ai.Info_Height(b), 601);
+  ASSERT_TRUE(ai.IO_LoadImageReduite(jpeg, 1700, 1300, b, l, h));
+  EXPECT_EQ(ai.Info_Width(b), 3203);  // 1/2 would give 1602 x 1201
+  const QString png = QDir::current().filePath("grande.png");
+  ASSERT_TRUE(image.save(png));
+  ASSERT_TRUE(ai.IO_LoadImageReduite(png, 800, 600, b, l, h));
+  EXPECT_EQ(ai.Info_Width(b), 3203);
+  EXPECT_EQ(l, 3203);
+}
+
+}  // namespace
+}  // namespace tg
