@@ -75,6 +75,37 @@ void Redimensionner(benchmark::State& etat) {
 }
 BENCHMARK(Redimensionner)->DenseRange(1, 4)->Unit(benchmark::kMillisecond);
 
+// The display of a 24 MP picture: the whole converted, or a copy reduced to a
+// screen's size (argument: its longer side) then converted.
+void Afficher(benchmark::State& etat) {
+  const tg::Bitmap& source = Preparer().image;
+  tg::cAdvancedImagery ai;
+  for (auto _ : etat) {
+    QImage image;
+    if (etat.range(0) == 0) {
+      ai.Convert_ImageToPicture(source, image);
+    } else {
+      tg::Bitmap reduite;
+      if (!ai.Effect_Reduire(source, reduite, int(etat.range(0)))) etat.SkipWithError("no reduced copy");
+      ai.Convert_ImageToPicture(reduite, image);
+    }
+    benchmark::DoNotOptimize(image.bits());
+  }
+}
+BENCHMARK(Afficher)->Arg(0)->Arg(1920)->Unit(benchmark::kMillisecond);
+
+// Loading as the resizing needs it: the JPEG decoded at 1/2 for 800 x 600.
+void ChargerReduit(benchmark::State& etat) {
+  const QString chemin = Preparer().jpeg;
+  tg::cAdvancedImagery ai;
+  for (auto _ : etat) {
+    tg::Bitmap b;
+    int l = 0, h = 0;
+    if (!ai.IO_LoadImageReduite(chemin, 1600, 1600, b, l, h)) etat.SkipWithError(qPrintable(ai.Error_GetLast()));
+  }
+}
+BENCHMARK(ChargerReduit)->Unit(benchmark::kMillisecond);
+
 void Enregistrer(benchmark::State& etat) {
   Donnees& d = Preparer();
   const QString chemin = d.dossier.filePath("sortie.jpg");

@@ -206,7 +206,7 @@ int Formater(const QStringList& arguments) {
     if (!AppliquerRecadrage(s, ai, c.CadreG, c.CadreHaut, c.CadreL, c.CadreH))
       return Refus(ai.Error_GetLast() + QStringLiteral("\nErreur position du cadre"));
   }
-  if (!RedimensionnerSession(s, ai, filtre))
+  if (!RedimensionnerSession(s, ai, filtre, !o.A("--exact")))
     return Refus("Error - " + ai.Error_GetLast());
   s.Etape = 2;
 

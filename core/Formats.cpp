@@ -85,13 +85,21 @@ Taille TailleRedimensionnee(int srcL, int srcH, float ratio, float ratioFormat, 
   return t;
 }
 
-bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre) {
+bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre, bool rapide) {
   const bool recadree = s.LargeurRecadrage != 0 || s.HauteurRecadrage != 0;
   const int srcL = recadree ? s.LargeurRecadrage : s.LargeurOrigine;
   const int srcH = recadree ? s.HauteurRecadrage : s.HauteurOrigine;
   const float ratio = recadree ? s.RatioRecadrage : s.RatioOrigine;
   const Taille t =
       TailleRedimensionnee(srcL, srcH, ratio, s.RatioFormat, s.ApnLargCourant, s.ApnHautCourant);
+  if (rapide && t.largeur > 0 && t.hauteur > 0) {
+    // Blocks of k x k averaged first, leaving at least twice the output size,
+    // as a reduced decode does: the resampling then reads k x k times fewer pixels.
+    const int k = std::min(ai.Info_Width(s.ImageCourante) / (2 * t.largeur),
+                           ai.Info_Height(s.ImageCourante) / (2 * t.hauteur));
+    Bitmap reduite;
+    if (k >= 2 && ai.Effect_ReduireFacteur(s.ImageCourante, reduite, k)) s.ImageCourante = std::move(reduite);
+  }
   if (!ai.Effect_Resize(s.ImageCourante, t.largeur, t.hauteur, filtre)) return false;
   s.Largeur = ai.Info_Width(s.ImageCourante);
   s.Hauteur = ai.Info_Height(s.ImageCourante);

@@ -63,7 +63,10 @@ inline constexpr std::array<Reechantillonneur, 4> Reechantillonneurs = {{
 // with filter code 1 to 4, Largeur/Hauteur/Cadrage read back, ImageFormatee
 // a copy. False after an imaging failure, the old bitmap kept; the text of
 // the failure is the layer's last error.
-bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre);
+// `rapide`: a picture more than twice the output size is first reduced by
+// whole blocks, down to twice that size at least (the pictures the user sees
+// change by less than a JPEG save does; every size and scale stays).
+bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre, bool rapide = false);
 
 // The reduced copy ImageMesure for measuring. False after an imaging failure.
 bool PreparerImageMesure(SessionRecord& s, cAdvancedImagery& ai);

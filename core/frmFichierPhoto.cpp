@@ -12,6 +12,9 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QThreadPool>
+#include <memory>
 #include <QScrollBar>
 #include <QSlider>
 #include <QTimer>
@@ -560,12 +563,35 @@ void frmFichierPhoto::ViderAffichage() {
   vScroll_->hide();
 }
 
+bool frmFichierPhoto::ConvertirPourAffichage(const Bitmap& image, QImage& sortie) {
+  const QScreen* ecran = screen() ? screen() : QGuiApplication::primaryScreen();
+  const QSize taille = ecran ? ecran->size() * ecran->devicePixelRatio() : QSize(1920, 1200);
+  const int cote = std::max(taille.width(), taille.height());
+  const int l = ai_.Info_Width(image), h = ai_.Info_Height(image);
+  if (std::max(l, h) >= 2 * cote) {
+    Bitmap reduite;
+    if (ai_.Effect_Reduire(image, reduite, cote) && ai_.Convert_ImageToPicture(reduite, sortie)) return true;
+  }
+  return ai_.Convert_ImageToPicture(image, sortie);
+}
+
 bool frmFichierPhoto::AfficherImage(const Bitmap& image) {
   QImage img;
-  if (!ai_.Convert_ImageToPicture(image, img)) {
+  if (!ConvertirPourAffichage(image, img)) {
     Erreur("Error - " + ai_.Error_GetLast());
     return false;
   }
+  return AfficherImage(image, img);
+}
+
+bool frmFichierPhoto::AfficherImage(const Bitmap& image, const QImage& img) {
+  // Only the session's own pictures stay reachable for a later whole conversion.
+  const bool session = &image == &s_.ImageCourante || &image == &s_.ImageFormatee || &image == &s_.ImageFiltre ||
+                       &image == &s_.ImageSansFiltre;
+  affichageReduit_ = img.width() < ai_.Info_Width(image);
+  ++generationAffichage_;
+  sourceAffichee_ = session ? &image : nullptr;
+  dibAffiche_ = image.Get();
   imaOrigine_->setPixmap(QPixmap::fromImage(img));
   imaOrigine_->setScaledContents(true);
   imageAffichee_ = true;
@@ -583,7 +609,33 @@ void frmFichierPhoto::AppliquerZoom() {
     l = imaOrigine_->pixmap().width();
     h = imaOrigine_->pixmap().height();
   }
-  imaOrigine_->resize(TailleAffichee(pourcent, l, h));
+  const QSize affichee = TailleAffichee(pourcent, l, h);
+  // Zoomed beyond the reduced copy: the whole picture, converted from a copy
+  // on a worker thread, takes its place when it is ready, if still the one shown.
+  if (affichageReduit_ && !conversionEnCours_ && affichee.width() > imaOrigine_->pixmap().width() &&
+      sourceAffichee_ && sourceAffichee_->Get() == dibAffiche_) {
+    auto copie = std::make_shared<Bitmap>();
+    if (ai_.IO_Copy(*sourceAffichee_, *copie)) {
+      conversionEnCours_ = true;
+      const int generation = generationAffichage_;
+      QPointer<frmFichierPhoto> moi(this);
+      QThreadPool::globalInstance()->start([copie, generation, moi] {
+        cAdvancedImagery ai;
+        QImage entiere;
+        ai.Convert_ImageToPicture(*copie, entiere);
+        QMetaObject::invokeMethod(
+            qApp, [moi, generation, entiere] {
+              if (!moi) return;
+              moi->conversionEnCours_ = false;
+              if (moi->generationAffichage_ != generation || !moi->affichageReduit_ || entiere.isNull()) return;
+              moi->imaOrigine_->setPixmap(QPixmap::fromImage(entiere));
+              moi->affichageReduit_ = false;
+            },
+            Qt::QueuedConnection);
+      });
+    }
+  }
+  imaOrigine_->resize(affichee);
   PlacerBarres();
 }
 

@@ -52,6 +52,12 @@ class frmFichierPhoto : public QMainWindow {
   // Shows the bitmap in imaOrigine, stretched to the slider. False, after
   // "Error - " and the layer's text, when it cannot be converted.
   bool AfficherImage(const Bitmap& image);
+  // The same with the picture already converted by ConvertirPourAffichage.
+  bool AfficherImage(const Bitmap& image, const QImage& convertie);
+  // The picture as the display needs it: a copy reduced to the screen's size
+  // when it has more pixels than the screen shows (each pixel the mean of a
+  // block), the whole picture otherwise. False after an imaging failure.
+  bool ConvertirPourAffichage(const Bitmap& image, QImage& sortie);
   // Fit button: slider from the frame size; nothing without an image.
   void AjusterAffichage();
   // PicFormat(0..4) and lblFormatSortie in the format colours.
@@ -140,6 +146,13 @@ class frmFichierPhoto : public QMainWindow {
   std::vector<QPointer<QWidget>> fenetres_;
   QString filtreImages_;
   bool imageAffichee_ = false;
+  // The session picture shown from a reduced copy, converted whole when a
+  // zoom shows more pixels than the copy has.
+  const Bitmap* sourceAffichee_ = nullptr;
+  const void* dibAffiche_ = nullptr;
+  bool affichageReduit_ = false;
+  int generationAffichage_ = 0;  // one more at each picture shown
+  bool conversionEnCours_ = false;
   bool txtExifAgrandi_ = false;
 
   QToolBar* toolbar1_ = nullptr;

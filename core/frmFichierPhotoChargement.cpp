@@ -137,14 +137,15 @@ bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
     Erreur("Error(A) - " + ai.Error_GetLast());
     return EchecChargement(w);
   }
+  // The conversion for the display is the check that the picture can be shown.
   QImage essai;
-  if (!ai.Convert_ImageToPicture(s.ImageCourante, essai)) {
+  if (!w.ConvertirPourAffichage(s.ImageCourante, essai)) {
     Erreur("Error(B) - " + ai.Error_GetLast());
     return EchecChargement(w);
   }
 
   const QStringList erreurs = RemplirSession(s, ai, chemin);
-  w.AfficherImage(s.ImageCourante);
+  w.AfficherImage(s.ImageCourante, essai);
   w.ReduireTxtExif();
   auto* txtExif = Controle<QPlainTextEdit>(w, "txtExif");
   if (txtExif) txtExif->hide();
@@ -224,7 +225,7 @@ void G_ChangeFormat(frmFichierPhoto& w) {
 
 bool Redimensionner(frmFichierPhoto& w, int filtre) {
   SessionRecord& s = w.Session();
-  if (!RedimensionnerSession(s, w.Imagerie(), filtre)) {
+  if (!RedimensionnerSession(s, w.Imagerie(), filtre, true)) {
     Erreur("Error - " + w.Imagerie().Error_GetLast());
     return false;
   }

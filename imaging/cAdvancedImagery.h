@@ -144,6 +144,12 @@ class cAdvancedImagery {
   bool Effect_Zoom(const Bitmap& source, Bitmap& sortie, int x, int y, int l, int h, double facteur);
   // A copy whose longer side is at most `cote` pixels (pictures of the finder).
   bool Effect_Thumbnail(const Bitmap& source, Bitmap& sortie, int cote);
+  // A copy whose longer side is at most `cote`, each pixel the mean of a
+  // block of k x k (k whole): for showing a large picture on a screen; a copy
+  // of the same size when it fits.
+  bool Effect_Reduire(const Bitmap& source, Bitmap& sortie, int cote);
+  // The same by the factor k: width / k x height / k.
+  bool Effect_ReduireFacteur(const Bitmap& source, Bitmap& sortie, int k);
   // Colour 0xBBGGRR that Render_Transparent and Effect_OverlayPicture leave out; -1 for none.
   bool Effect_SetTransparentColor(Bitmap& image, int couleur);
   // Pastes `dessus` onto `dessous` at (x, y) (top-left), leaving out its transparent colour.

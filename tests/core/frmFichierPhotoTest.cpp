@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QElapsedTimer>
 #include <QSlider>
 #include <QTimer>
 #include <QToolBar>
@@ -656,6 +657,32 @@ TEST_F(FenetrePrincipale, InfosEcranEtAdresses) {
   ASSERT_EQ(faux.ouvertes.size(), 3);
   for (const QString& o : faux.ouvertes) EXPECT_TRUE(o.endsWith(" | firefox")) << o.toStdString();
   EXPECT_NE(faux.ouvertes[0], faux.ouvertes[1]);
+}
+
+// A picture with more pixels than the screen shows is shown from a copy
+// reduced by whole blocks; a zoom beyond the copy converts the whole picture.
+TEST_F(FenetrePrincipale, GrandeImageMontreeReduitePuisEntiereAuZoom) {
+  Creer();
+  QImage img(3300, 2400, QImage::Format_RGB32);
+  img.fill(QColor(10, 200, 30));
+  ASSERT_TRUE(ai.Convert_PictureToImage(img, s.ImageCourante));
+  s.Largeur = 3300;
+  s.Hauteur = 2400;
+  C<QSlider>("Slider1")->setValue(10);
+  ASSERT_TRUE(w->AfficherImage(s.ImageCourante));
+  auto* ima = C<QLabel>("imaOrigine");
+  const QSize ecran = w->screen()->size();
+  const int k = (3300 + std::max(ecran.width(), ecran.height()) - 1) / std::max(ecran.width(), ecran.height());
+  ASSERT_GE(k, 2);
+  EXPECT_EQ(ima->pixmap().width(), 3300 / k);
+  EXPECT_EQ(ima->pixmap().toImage().pixel(5, 5), qRgb(10, 200, 30));
+  C<QSlider>("Slider1")->setValue(100);
+  EXPECT_EQ(ima->size(), QSize(3300, 2400));
+  // The whole picture arrives from its thread.
+  QElapsedTimer t;
+  t.start();
+  while (ima->pixmap().width() != 3300 && t.elapsed() < 10000) QApplication::processEvents(QEventLoop::AllEvents, 50);
+  EXPECT_EQ(ima->pixmap().width(), 3300);
 }
 
 }  // namespace

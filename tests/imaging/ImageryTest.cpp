@@ -680,3 +680,32 @@ TEST(ChargementReduit, EchelleDCTEtTailleDuFichier) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// Blocks of k x k averaged, rounded to nearest; columns and rows that fill
+// no block left out.
+TEST(ChargementReduit, MoyenneParBlocs) {
+  QImage img(5, 3, QImage::Format_RGB32);
+  const int rouges[3][5] = {{10, 20, 30, 40, 99}, {30, 41, 50, 60, 99}, {99, 99, 99, 99, 99}};
+  for (int y = 0; y < 3; ++y)
+    for (int x = 0; x < 5; ++x) img.setPixel(x, y, qRgb(rouges[y][x], 7, 255));
+  cAdvancedImagery ai;
+  Bitmap b, r;
+  ASSERT_TRUE(ai.Convert_PictureToImage(img, b));
+  ASSERT_TRUE(ai.Effect_ReduireFacteur(b, r, 2));
+  QImage q;
+  ASSERT_TRUE(ai.Convert_ImageToPicture(r, q));
+  ASSERT_EQ(q.size(), QSize(2, 1));
+  EXPECT_EQ(q.pixel(0, 0), qRgb(25, 7, 255));  // (10 + 20 + 30 + 41) / 4 = 25.25
+  EXPECT_EQ(q.pixel(1, 0), qRgb(45, 7, 255));  // (30 + 40 + 50 + 60) / 4
+  // Fits already: a copy of the same size; 2 pixels on the longer side: k = 3.
+  ASSERT_TRUE(ai.Effect_Reduire(b, r, 5));
+  EXPECT_EQ(ai.Info_Width(r), 5);
+  ASSERT_TRUE(ai.Effect_Reduire(b, r, 2));
+  EXPECT_EQ(ai.Info_Width(r), 1);
+}
+
+}  // namespace
+}  // namespace tg
