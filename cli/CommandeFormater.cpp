@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDate>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
@@ -92,7 +93,17 @@ bool Choisir(QWidget& f, const char* nom, const QString& texte) {
   return true;
 }
 
+// TESSELLOGRAPHE_CHRONO=1: the time of each step on standard error, in ms.
+void Etape(const char* nom) {
+  static const bool actif = qEnvironmentVariableIsSet("TESSELLOGRAPHE_CHRONO");
+  static QElapsedTimer chrono;
+  if (!actif) return;
+  if (!chrono.isValid()) chrono.start();
+  fprintf(stderr, "%8.1f ms  %s\n", chrono.nsecsElapsed() / 1e6, nom);
+}
+
 int Formater(const QStringList& arguments) {
+  Etape("début");
   static const QStringList avecValeur = {
       "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
@@ -183,6 +194,7 @@ int Formater(const QStringList& arguments) {
                           ? ChargerBitmap(s, ai, o.photo)
                           : ChargerBitmapReduit(s, ai, o.photo, cote, cote, tailleFichier);
   if (!charge) return Refus(ai.Error_GetLast());
+  Etape("chargement");
   // A picture cut in its image data is not formatted without a person to agree.
   if (!ai.Incomplet().isEmpty()) return Refus(ai.Incomplet() + QStringLiteral(" Il n'est pas formaté."));
   for (const QString& e : RemplirSession(s, ai, o.photo, tailleFichier)) Ligne(e, stderr);
@@ -206,8 +218,10 @@ int Formater(const QStringList& arguments) {
     if (!AppliquerRecadrage(s, ai, c.CadreG, c.CadreHaut, c.CadreL, c.CadreH))
       return Refus(ai.Error_GetLast() + QStringLiteral("\nErreur position du cadre"));
   }
+  Etape("session et contrôle");
   if (!RedimensionnerSession(s, ai, filtre, !o.A("--exact")))
     return Refus("Error - " + ai.Error_GetLast());
+  Etape("redimensionnement");
   s.Etape = 2;
 
   // The photo's focal length as told, for the extrapolated scale.
@@ -216,6 +230,7 @@ int Formater(const QStringList& arguments) {
   // The cartouche, through the form.
   frmAjouterCartouche f(s, ai, nullptr);
   f.Form_Load();
+  Etape("formulaire du cartouche");
   if (!date.isEmpty() && !(Choisir(f, "comboJour", date[0]) && Choisir(f, "comboMois", date[1]) &&
                            Choisir(f, "comboAnnee", date[2])))
     return Refus("Date refusée : " + o.V("--date") + " (années de 1994 à " +
@@ -278,6 +293,7 @@ int Formater(const QStringList& arguments) {
   Controle<QPushButton>(f, "cmdSuite")->click();
   if (!s.ImageFinale || s.Etape != 3) return Refus(QStringLiteral("Image finale non construite"));
 
+  Etape("cartouche et image finale");
   // Saving, as frmEnregistrer does it.
   const ResultatEssai r = PreparerResultat(s, ai, EnrJPEG, qualite);
   for (const QString& e : r.erreurs) Ligne(e, stderr);
@@ -285,6 +301,7 @@ int Formater(const QStringList& arguments) {
   if (s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax)) return Refus(TexteTropLourd(s.PoidsMax));
   if (!CopierResultat(o.sortie))
     return Refus("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie);
+  Etape("essai et copie");
   AvancerNumeroImage(s);
   Ligne(QFileInfo(o.sortie).absoluteFilePath() + " : " + QString::number(s.Largeur) + " x " +
         QString::number(s.Hauteur) + ", " + TexteReel(r.poids, s.SeparateurDecimal) + " ko");
