@@ -132,7 +132,8 @@ int Formater(const QStringList& arguments) {
 
   int format = -1, filtre = 3, qualite = 94, poidsMax = -1;
   if (!Entier(o, "--format", 0, 4, format) || !Entier(o, "--filtre", 1, 4, filtre) ||
-      !Entier(o, "--qualite", 1, 100, qualite) || !Entier(o, "--poids-max", 0, 32767, poidsMax))
+      (o.V("--qualite") != u"auto" && !Entier(o, "--qualite", 1, 100, qualite)) ||
+      !Entier(o, "--poids-max", 0, 32767, poidsMax))
     return Usage(QStringLiteral("Valeur hors limites ou non numérique"));
   const QString forme = o.A("--cartouche") ? o.V("--cartouche") : QString();
   if (!forme.isEmpty() && forme != u"sous" && forme != u"sur")
@@ -295,7 +296,18 @@ int Formater(const QStringList& arguments) {
 
   Etape("cartouche et image finale");
   // Saving, as frmEnregistrer does it.
-  const ResultatEssai r = PreparerResultat(s, ai, EnrJPEG, qualite);
+  ResultatEssai r;
+  if (o.V("--qualite") == u"auto") {
+    // The highest quality within the weight limit.
+    const ResultatQualite q = MeilleureQualite(s, ai, qualite);
+    for (const QString& e : q.essai.erreurs) Ligne(e, stderr);
+    if (!q.essai.erreurs.isEmpty()) return 3;
+    if (!q.trouve) return Refus(TexteTropLourd(s.PoidsMax));
+    Ligne(QStringLiteral("Qualité choisie : %1 (%2 essais)").arg(q.qualite).arg(q.essais));
+    r = q.essai;
+  } else {
+    r = PreparerResultat(s, ai, EnrJPEG, qualite);
+  }
   for (const QString& e : r.erreurs) Ligne(e, stderr);
   if (!r.erreurs.isEmpty()) return 3;
   if (s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax)) return Refus(TexteTropLourd(s.PoidsMax));

@@ -55,6 +55,68 @@ ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int forma
   return r;
 }
 
+ResultatQualite MeilleureQualite(SessionRecord& s, cAdvancedImagery& ai, int qualiteConfig) {
+  ResultatQualite q;
+  if (s.PoidsMax <= 0) {
+    q.essai = PreparerResultat(s, ai, EnrJPEG, qualiteConfig);
+    q.qualite = qualiteConfig;
+    q.essais = 1;
+    q.trouve = q.essai.erreurs.isEmpty();
+    return q;
+  }
+  const QString chemin = CheminResultat();
+  const auto echec = [&] { q.essai.erreurs << "Error - " + ai.Error_GetLast(); };
+  // The picture as the trial saves it: at 100, read back.
+  if (!ai.IO_SaveImage(s.ImageCourante, chemin, FormatJPEG, 100)) echec();
+  Bitmap relu;
+  if (!ai.IO_LoadImage(chemin, relu)) {
+    echec();
+    return q;
+  }
+  // Each trial in a file of its own; the best one becomes resultat.jpg.
+  const auto nomEssai = [&](int qualite) { return chemin + QStringLiteral(".essai%1").arg(qualite); };
+  const auto essayer = [&](int qualite) {
+    ++q.essais;
+    if (!ai.Metadata_Set_Comments(relu, CompleterQualite(s.CommentaireImage, qualite))) echec();
+    if (!ai.IO_SaveImage(relu, nomEssai(qualite), FormatJPEG, qualite)) echec();
+    return PoidsAccepte(float(PoidsKo(QFileInfo(nomEssai(qualite)).size())), s.PoidsMax);
+  };
+  int meilleure = 0;
+  if (essayer(100)) {
+    meilleure = 100;
+  } else {
+    QFile::remove(nomEssai(100));
+    int bas = 1, haut = 99;
+    while (bas <= haut) {
+      const int milieu = (bas + haut) / 2;
+      if (essayer(milieu)) {
+        if (meilleure) QFile::remove(nomEssai(meilleure));
+        meilleure = milieu;
+        bas = milieu + 1;
+      } else {
+        QFile::remove(nomEssai(milieu));
+        haut = milieu - 1;
+      }
+    }
+  }
+  ai.IO_DestroyBitmap(relu);
+  if (meilleure == 0) {
+    QFile::remove(chemin);
+    return q;
+  }
+  QFile::remove(chemin);
+  if (!QFile::rename(nomEssai(meilleure), chemin)) {
+    q.essai.erreurs << QStringLiteral("Le fichier « %1 » ne peut pas être écrit.").arg(chemin);
+    return q;
+  }
+  q.trouve = true;
+  q.qualite = meilleure;
+  q.essai.commentaire = CompleterQualite(s.CommentaireImage, meilleure);
+  q.essai.poids = float(PoidsKo(QFileInfo(chemin).size()));
+  s.PoidsFichier = q.essai.poids;
+  return q;
+}
+
 QString ExtensionEnregistrement(int format) {
   switch (format) {
     case EnrBMP:

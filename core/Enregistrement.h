@@ -42,6 +42,19 @@ struct ResultatEssai {
 // runs: a failed trial gives a wrong weight rather than a stop.
 ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int format, int qualite);
 
+// The highest JPEG quality whose file stays within PoidsMax, by bisection on
+// trial saves of the picture with its comment block: quality 100 first, then
+// halves of 1 to 99, 8 saves at most; the best trial becomes resultat.jpg
+// without a further save. With no PoidsMax (0 or less), one trial at
+// `qualiteConfig`. `trouve` is false when even quality 1 is too heavy.
+struct ResultatQualite {
+  bool trouve = false;
+  int qualite = 0;
+  int essais = 0;  // trial saves made
+  ResultatEssai essai;
+};
+ResultatQualite MeilleureQualite(SessionRecord& s, cAdvancedImagery& ai, int qualiteConfig);
+
 // Extension and save-dialog filter of a format.
 QString ExtensionEnregistrement(int format);
 QString FiltreEnregistrement(int format);

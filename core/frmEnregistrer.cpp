@@ -65,6 +65,10 @@ frmEnregistrer::frmEnregistrer(frmFichierPhoto& principale) : QDialog(&principal
   QPushButton* preparer = Bouton(fraCompression_, "cmdPreparer", QStringLiteral("Tester JPG"));
   connect(preparer, &QPushButton::clicked, this, [this] { PreparerResultat(); });
   hComp->addWidget(preparer);
+  QPushButton* auto_ = Bouton(fraCompression_, "cmdQualiteAuto", QStringLiteral("Meilleure sous le poids max."));
+  auto_->setToolTip(QStringLiteral("La qualité la plus haute dont le fichier reste sous le poids maximum"));
+  connect(auto_, &QPushButton::clicked, this, [this] { cmdQualiteAuto(); });
+  hComp->addWidget(auto_);
   v->addWidget(fraCompression_);
 
   lblVerifierResult_ = new QLabel(
@@ -145,7 +149,29 @@ void frmEnregistrer::PreparerResultat() {
   QApplication::setOverrideCursor(Qt::WaitCursor);
   qualiteChoisie_ = comboQualite_->currentText().toInt();
   const ResultatEssai r = tg::PreparerResultat(s, ai, formatSortie_, qualiteChoisie_);
-  if (formatSortie_ == EnrJPEG) {
+  QApplication::restoreOverrideCursor();
+  MontrerEssai(r, formatSortie_ == EnrJPEG && !PoidsAccepte(r.poids, s.PoidsMax));
+}
+
+void frmEnregistrer::cmdQualiteAuto() {
+  SessionRecord& s = w_.Session();
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const ResultatQualite q = MeilleureQualite(s, w_.Imagerie(), comboQualite_->currentText().toInt());
+  QApplication::restoreOverrideCursor();
+  if (q.trouve) {
+    // The chosen quality in the list, as if the user had picked it.
+    const QSignalBlocker b(comboQualite_);
+    if (comboQualite_->findText(QString::number(q.qualite)) < 0) comboQualite_->addItem(QString::number(q.qualite));
+    comboQualite_->setCurrentText(QString::number(q.qualite));
+    qualiteChoisie_ = q.qualite;
+  }
+  MontrerEssai(q.essai, !q.trouve);
+}
+
+void frmEnregistrer::MontrerEssai(const ResultatEssai& r, bool tropLourd) {
+  SessionRecord& s = w_.Session();
+  cAdvancedImagery& ai = w_.Imagerie();
+  if (formatSortie_ == EnrJPEG && !tropLourd) {
     // The trial on the main display: the compression is judged on the picture itself.
     Bitmap essai;
     if (ai.IO_LoadImage(CheminResultat(), essai))
@@ -156,10 +182,9 @@ void frmEnregistrer::PreparerResultat() {
     if (auto* exif = w_.findChild<QPlainTextEdit*>(QStringLiteral("txtExif")))
       exif->setPlainText(r.commentaire);
   }
-  QApplication::restoreOverrideCursor();
   for (const QString& e : r.erreurs) Dialogues().Message(Titre(), e, Icone::Critique);
 
-  if (formatSortie_ == EnrJPEG && !PoidsAccepte(r.poids, s.PoidsMax)) {
+  if (tropLourd) {
     txtPoidsImage_->setText(QStringLiteral("N/A"));
     fraResultat_->hide();
     Dialogues().Message(Titre(), TexteTropLourd(s.PoidsMax), Icone::Exclamation);

@@ -3,6 +3,8 @@
 // quality, its weight against PoidsMax, then a copy under the chosen name.
 #include <QDialog>
 
+#include "core/Enregistrement.h"
+
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -24,6 +26,8 @@ class frmEnregistrer : public QDialog {
 
   // cmdPreparer, "Tester JPG": makes the trial file.
   void PreparerResultat();
+  // The highest quality within PoidsMax, shown as a normal trial.
+  void cmdQualiteAuto();
   // cmdConfirmer: asks the name and commits.
   void DialogueEnregistrer();
   void cmdAnnuler();
@@ -34,6 +38,7 @@ class frmEnregistrer : public QDialog {
   void closeEvent(QCloseEvent* e) override;
 
  private:
+  void MontrerEssai(const ResultatEssai& r, bool tropLourd);
   void ChoisirExtension(int format);
 
   frmFichierPhoto& w_;

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -179,6 +180,18 @@ TEST_F(CliFormater, DecodageReduitMemeEchelleQueLeDecodageComplet) {
   const QString c = Commentaire(coupee);
   EXPECT_TRUE(c.contains("\r\nLargeurOrigine=4803\r\n"));
   EXPECT_TRUE(c.contains("\r\nLargeurRecadrer=2400\r\n")) << c.toStdString();
+}
+
+TEST_F(CliFormater, QualiteAutoSousLePoidsMax) {
+  const test::Sortie r = Formater({"--table", "1", "--objectif", "40", "--qualite", "auto", "--poids-max", "40"});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  const QRegularExpressionMatch m =
+      QRegularExpression("Qualité choisie : (\\d+) \\((\\d) essais\\)").match(Texte(r.sortie));
+  ASSERT_TRUE(m.hasMatch()) << r.sortie.toStdString();
+  EXPECT_LT(m.captured(1).toInt(), 100);
+  EXPECT_LE(m.captured(2).toInt(), 8);
+  EXPECT_LE(QFileInfo(cible).size(), 40 * 1024 + 512);
+  EXPECT_TRUE(Commentaire(cible).contains("QualiteJpg=" + m.captured(1)));
 }
 
 }  // namespace

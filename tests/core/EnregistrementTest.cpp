@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QDir>
 #include <QFileInfo>
+#include <QImage>
 
 #include "core/Enregistrement.h"
 #include "core/Session.h"
@@ -145,6 +147,55 @@ TEST_F(Essai, CopieEcraseLaCibleEtRefuseSansEssai) {
   EXPECT_EQ(Octets(cible), Octets(RepApplication() + "resultat.jpg"));
   EXPECT_FALSE(CopierResultat(RepApplication() + "absent/copie.jpg"));
   EXPECT_FALSE(CopierResultat(QString()));
+}
+
+}  // namespace
+}  // namespace tg
+
+namespace tg {
+namespace {
+
+// The best quality under the weight limit: within it, the next quality over
+// it, 8 trial saves at most; no limit keeps the configured quality.
+TEST(QualiteAuto, LaPlusHauteSousLaLimite) {
+  QImage img(1152, 864, QImage::Format_RGB32);
+  uint32_t g = 11;
+  for (int y = 0; y < img.height(); ++y)
+    for (int x = 0; x < img.width(); ++x) {
+      g = g * 1664525u + 1013904223u;
+      img.setPixel(x, y, qRgb((x / 9 + int(g >> 27)) & 0xFF, (y / 7 + int(g >> 28)) & 0xFF, 120));
+    }
+  cAdvancedImagery ai;
+  SessionRecord s;
+  ASSERT_TRUE(ai.Convert_PictureToImage(img, s.ImageCourante));
+  s.CommentaireImage = QStringLiteral("[Main]\r\nQualiteJpg=\r\n");
+  s.PoidsMax = 100;
+  const ResultatQualite q = MeilleureQualite(s, ai, 94);
+  ASSERT_TRUE(q.trouve) << q.essai.erreurs.join('\n').toStdString();
+  EXPECT_LE(q.essais, 8);
+  EXPECT_GE(q.qualite, 1);
+  EXPECT_LT(q.qualite, 100);
+  const qint64 octets = QFileInfo(CheminResultat()).size();
+  EXPECT_LE(PoidsKo(octets), 100);
+  EXPECT_EQ(q.essai.poids, float(PoidsKo(octets)));
+  EXPECT_TRUE(q.essai.commentaire.contains(QStringLiteral("QualiteJpg=%1").arg(q.qualite)));
+  // One quality more goes over the limit.
+  const ResultatEssai plus = PreparerResultat(s, ai, EnrJPEG, q.qualite + 1);
+  EXPECT_GT(plus.poids, 100);
+  // No file of a trial is left beside resultat.jpg.
+  const QStringList restes = QDir(QFileInfo(CheminResultat()).absolutePath()).entryList({"*.essai*"});
+  EXPECT_TRUE(restes.isEmpty()) << restes.join(' ').toStdString();
+
+  s.PoidsMax = 0;
+  const ResultatQualite sans = MeilleureQualite(s, ai, 94);
+  EXPECT_TRUE(sans.trouve);
+  EXPECT_EQ(sans.qualite, 94);
+  EXPECT_EQ(sans.essais, 1);
+
+  s.PoidsMax = 1;  // even quality 1 weighs more
+  const ResultatQualite aucune = MeilleureQualite(s, ai, 94);
+  EXPECT_FALSE(aucune.trouve);
+  EXPECT_LE(aucune.essais, 8);
 }
 
 }  // namespace

@@ -157,6 +157,23 @@ TEST_F(Enregistrer, LaLimiteDePoidsCacheLaConfirmation) {
   EXPECT_EQ(dlg.appels.back().icone, 48);
 }
 
+// The best quality under the limit in one click: the list shows it and the
+// result is a normal trial, within the limit.
+TEST_F(Enregistrer, MeilleureQualiteSousLePoidsMax) {
+  s.PoidsMax = 30000;
+  Ouvrir();
+  Tester();
+  const int ko100 = KoDuFichier();
+  s.PoidsMax = int16_t(std::max(2, ko100 / 2));
+  C<QPushButton>(f, "cmdQualiteAuto")->click();
+  ASSERT_TRUE(Visible("fraResultat"));
+  const int choisie = C<QComboBox>(f, "ComboQualite")->currentText().toInt();
+  EXPECT_GE(choisie, 1);
+  EXPECT_LT(choisie, 94);
+  EXPECT_LE(KoDuFichier(), s.PoidsMax);
+  EXPECT_EQ(C<QLineEdit>(f, "txtPoidsImage")->text(), QString::number(KoDuFichier()));
+}
+
 TEST_F(Enregistrer, BmpDemandeEtNeGardeAucunBloc) {
   s.PoidsMax = 1;  // BMP and TIFF have no limit
   Ouvrir();
