@@ -1,5 +1,8 @@
 #include "cartouche/Echelle.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 
@@ -35,6 +38,20 @@ ResultatEchelle CalculerEchelle(const EntreesEchelle& e) {
   r.echellePixels = static_cast<float>(Arrondir(e.longueur / r.micronsParPixel, 3));
   r.valide = r.echellePixels < kEchelleMaxPixels;
   return r;
+}
+
+double LongueurAuto(float micronsParPixel, int largeurImage) {
+  if (!(micronsParPixel > 0) || largeurImage <= 0) return 0;
+  const double maxPixels = std::min(double(kEchelleMaxPixels) - 1, largeurImage * 0.25);
+  double meilleure = 0;
+  for (int n = -4; n <= 7; ++n)
+    for (int m : {1, 2, 5}) {
+      const double l = m * std::pow(10.0, n);
+      // The bar as CalculerEchelle rounds it.
+      const double pixels = Arrondir(l / micronsParPixel, 3);
+      if (pixels <= maxPixels && l > meilleure) meilleure = l;
+    }
+  return meilleure;
 }
 
 RapportDefinition CalculerRapportDefinition(bool portraitOrigine, bool imageTournee,

@@ -51,6 +51,11 @@ struct ResultatEchelle {
 // the reference width must be above 0 (checked before by the form).
 ResultatEchelle CalculerEchelle(const EntreesEchelle& e);
 
+// The "auto" bar length, microns: 1, 2 or 5 times a power of ten, the
+// longest whose bar stays under kEchelleMaxPixels and fills at most 25 % of
+// the picture's width; 0 when the scale is not above 0.
+double LongueurAuto(float micronsParPixel, int largeurImage);
+
 // cmdModifDefinition: ratio of the table's width to the photo's, and the
 // photo width shown in the question. A landscape photo turned gives 0 and 0.
 struct RapportDefinition {

@@ -204,6 +204,10 @@ void frmAjouterCartouche::Construire() {
   txtMic_ = champ("txtMic", QStringLiteral("x microns"), 0, 2);
   txtLongueur_ = champ("txtLongueur", QStringLiteral("Longueur de l'échelle"), 1, 0);
   txtLongueur_->setText(QStringLiteral("20"));
+  auto* longueurAuto = Nomme(new QPushButton(QStringLiteral("auto"), fraEchelle_), QStringLiteral("cmdLongueurAuto"));
+  longueurAuto->setToolTip(QStringLiteral("1, 2 ou 5 x 10^n microns : la plus longue qui tient dans le quart de l'image"));
+  le->addWidget(longueurAuto, 2, 1);
+  connect(longueurAuto, &QPushButton::clicked, this, [this] { cmdLongueurAuto(); });
   ComboObjectif_ = Nomme(new QComboBox(fraEchelle_), QStringLiteral("ComboObjectif"));
   ComboObjectif_->setEditable(true);
   le->addWidget(new QLabel(QStringLiteral("Objectif"), fraEchelle_), 1, 2);
@@ -1352,6 +1356,24 @@ void frmAjouterCartouche::cmdSuite() {
     principal_->show();
   }
   close();
+}
+
+void frmAjouterCartouche::cmdLongueurAuto() {
+  EntreesEchelle e;
+  LireNombre(txtMic_->text(), e.mic);
+  LireNombre(txtPix_->text(), e.pix);
+  e.longueur = 1;
+  e.largeurOrigine = s_.LargeurOrigine;
+  e.largeurRecadrage = s_.LargeurRecadrage;
+  e.hauteurRecadrage = s_.HauteurRecadrage;
+  e.largeurFormatee = s_.LargeurFormatee;
+  if (!(e.mic > 0) || !(e.pix > 0) || LargeurRefEchelle(e.largeurOrigine, e.largeurRecadrage, e.hauteurRecadrage) <= 0) {
+    Dialogues().Message(QLatin1String(TitreProgramme),
+                        QStringLiteral("Indiquez d'abord l'échelle (pixels et microns) !"), Icone::Exclamation);
+    return;
+  }
+  const double l = LongueurAuto(CalculerEchelle(e).micronsParPixel, s_.LargeurFormatee);
+  txtLongueur_->setText(TexteReel(l, s_.SeparateurDecimal));
 }
 
 QString frmAjouterCartouche::LegendeActuelle() const { return LegendeEchelle(ValeursDessin()); }

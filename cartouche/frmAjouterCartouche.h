@@ -75,6 +75,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void chkAfficherTouteTable_Click();
   // Opens frmExtrapolFocale for this form (DepuisCartouche).
   void cmdExtrapolFoc();
+  // The bar length "auto" from the scale typed or applied.
+  void cmdLongueurAuto();
   void comboTables_Click();
   void cmdAppliquerTable();
   void cmdAnnulerTable();

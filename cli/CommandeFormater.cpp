@@ -38,7 +38,9 @@ const char* const kUsage =
     "formater PHOTO -o SORTIE.jpg [--format 0-4] [--filtre 1-4] [--cartouche sous|sur] "
     "[--titre T] [--auteur T] [--eclairage T] [--provenance T] [--preparation T] "
     "[--coloration T] [--date JJ/MM/AAAA] [--table N --objectif X | --pix P --mic M "
-    "--objectif X] [--longueur L] [--unite um|mm] [--qualite 1-100] [--poids-max KO]";
+    "--objectif X] [--longueur L|auto] [--unite um|mm] [--qualite 1-100|auto] [--poids-max KO] "
+    "[--recadrage X,Y,L,H [--debrider]] [--focale F (avec --table : échelle extrapolée)] "
+    "[--exact (décodage complet)]";
 
 int Usage(const QString& raison) {
   if (!raison.isEmpty()) Ligne(raison, stderr);
@@ -286,7 +288,8 @@ int Formater(const QStringList& arguments) {
       Saisir(f, "txtMic", o.V("--mic"));
       Saisir(f, "ComboObjectif", o.V("--objectif"));
     }
-    if (o.A("--longueur")) Saisir(f, "txtLongueur", o.V("--longueur"));
+    if (o.V("--longueur") == u"auto") Controle<QPushButton>(f, "cmdLongueurAuto")->click();
+    else if (o.A("--longueur")) Saisir(f, "txtLongueur", o.V("--longueur"));
     Controle<QRadioButton>(f, unite == u"mm" ? "optUnite1" : "optUnite0")->setChecked(true);
   }
   Controle<QPushButton>(f, "cmdDessiner")->click();

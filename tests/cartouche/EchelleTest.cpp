@@ -183,3 +183,30 @@ TEST(EchelleTextes, Reductions) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// The auto bar: 1, 2 or 5 x 10^n microns, the longest under the bar limit
+// and a quarter of the width, across widths and scales.
+TEST(LongueurAuto, UnDeuxCinqDansLesLimites) {
+  for (int largeur : {640, 800, 1152})
+    for (double mpp : {0.05, 0.1, 0.25, 0.71, 1.0, 2.5, 7.3, 20.0}) {
+      const double l = LongueurAuto(float(mpp), largeur);
+      ASSERT_GT(l, 0) << largeur << " " << mpp;
+      const double mantisse = l / std::pow(10.0, std::floor(std::log10(l) + 1e-9));
+      EXPECT_TRUE(std::fabs(mantisse - 1) < 1e-6 || std::fabs(mantisse - 2) < 1e-6 || std::fabs(mantisse - 5) < 1e-6)
+          << l;
+      const double pixels = l / mpp;
+      EXPECT_LT(pixels, kEchelleMaxPixels);
+      EXPECT_LE(pixels, largeur * 0.25 + 1e-6);
+      // The next step up would break a limit.
+      const double suivante = mantisse == 1 ? l * 2 : mantisse == 2 ? l * 2.5 : l * 2;
+      EXPECT_TRUE(suivante / mpp > largeur * 0.25 || suivante / mpp >= kEchelleMaxPixels - 1) << l;
+    }
+  EXPECT_EQ(LongueurAuto(0, 800), 0);
+  EXPECT_DOUBLE_EQ(LongueurAuto(0.71f, 800), 100);  // 140.8 px of 200
+}
+
+}  // namespace
+}  // namespace tg
