@@ -206,7 +206,7 @@ void frmAjouterCartouche::Construire() {
   txtLongueur_->setText(QStringLiteral("20"));
   auto* longueurAuto = Nomme(new QPushButton(QStringLiteral("auto"), fraEchelle_), QStringLiteral("cmdLongueurAuto"));
   longueurAuto->setToolTip(QStringLiteral("1, 2 ou 5 x 10^n microns : la plus longue qui tient dans le quart de l'image"));
-  le->addWidget(longueurAuto, 2, 1);
+  le->addWidget(longueurAuto, 2, 3);
   connect(longueurAuto, &QPushButton::clicked, this, [this] { cmdLongueurAuto(); });
   ComboObjectif_ = Nomme(new QComboBox(fraEchelle_), QStringLiteral("ComboObjectif"));
   ComboObjectif_->setEditable(true);
