@@ -26,6 +26,7 @@
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "tests/app/Outils.h"
+#include "tests/app/Route.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
@@ -49,78 +50,30 @@ double Ecart(const QImage& a, const QImage& b, int x, int y, int r) {
   return somme / n;
 }
 
-TEST(RouteAnnotation, FlecheEtCoteEnregistreesPuisRetirees) {
-  const QString photo = QDir::current().filePath("photo.jpg");
-  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
-  ASSERT_EQ(test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix",
-                                         "2272", "--micro", "Micro-A", "--config", "Fond clair",
-                                         "--obj", "40", "--pix", "400", "--mic", "100",
-                                         "--focale", "7.5"})
-                .code,
-            0);
-  test::DialoguesScriptes dlg;
-  SessionRecord s;
-  RecupereValeurIni(s);
-  PrendreFormatConfig(s);
-  s.SeparateurDecimal = SeparateurDecimalSysteme();
-  s.ImageAccueil = "0";
-  s.ModeOuvrir = "1";
-  s.MethodeRedim = "0";
-  cAdvancedImagery ai;
-  frmFichierPhoto w(s, ai);
-  Assembler(w);
-  w.show();
-  QApplication::processEvents();
+class RouteAnnotation : public test::RouteFenetres {};
 
-  dlg.chaines.push_back(photo);
-  w.findChild<QAction*>("Ouvrir")->trigger();
-  ASSERT_EQ(s.Etape, 1);
-  w.findChild<QAction*>("RedimAuto")->trigger();
-  QWidget* ressampl = Fenetre("frmChooseRessampl");
-  ASSERT_NE(ressampl, nullptr);
-  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
-  ressampl->findChild<QPushButton*>("cmdConsever")->click();
-  QApplication::processEvents();
-  ASSERT_EQ(s.Etape, 2);
+TEST_F(RouteAnnotation, FlecheEtCoteEnregistreesPuisRetirees) {
+  const QString photo = Photo(true);
+  Ouvrir(photo);
+  if (HasFatalFailure()) return;
+  Formater();
+  if (HasFatalFailure()) return;
 
-  w.findChild<QAction*>("Cartouche")->trigger();
-  QWidget* f = Fenetre("frmAjouterCartouche");
+  QWidget* f = Cartouche();
   ASSERT_NE(f, nullptr);
-  auto ligne = [f](const char* nom) { return f->findChild<QLineEdit*>(QLatin1String(nom)); };
-  auto liste = [f](const char* nom) { return f->findChild<QComboBox*>(QLatin1String(nom)); };
-  ligne("txtCommentaire")->setText("Navicula sp.");
-  ligne("txtNomAuteur")->setText("A. Nonyme");
-  liste("comboProvenance")->setCurrentText("Etang");
-  f->findChild<QPushButton*>("cmdEtalonner")->click();
-  // The photo fits the table: the automatic choice offers it alone.
-  EXPECT_FALSE(f->findChild<QCheckBox*>("chkAfficherTouteTable")->isChecked());
-  QComboBox* tables = liste("comboTables");
-  ASSERT_EQ(tables->count(), 2);
-  tables->setCurrentIndex(1);
-  emit tables->activated(1);
-  EXPECT_EQ(ligne("txtObjRef")->text(), "(Table : obj. de réf = x40)");
-  liste("comboListeObjectif")->setCurrentText("40");
-  f->findChild<QPushButton*>("cmdAppliquerTable")->click();
-  EXPECT_EQ(ligne("txtPix")->text(), "400");
-  ligne("txtLongueur")->setText("50");
-  dlg.appels.clear();
-  f->findChild<QPushButton*>("cmdSuite")->click();
-  QApplication::processEvents();
-  // Only the stage's help balloon: no error on the way.
-  for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
-  ASSERT_EQ(s.Etape, 3);
-  EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+  TableEtSuite(f);
+  if (HasFatalFailure()) return;
 
   QImage finale;
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, finale));
   const QString sansMarques = QDir::current().filePath("finale.png");
   ASSERT_TRUE(finale.save(sansMarques));
 
-  w.findChild<QAction*>("anotations")->trigger();
+  w->findChild<QAction*>("anotations")->trigger();
   QApplication::processEvents();
   QWidget* a = Fenetre("frmAnnotations2");
   ASSERT_NE(a, nullptr);
-  EXPECT_FALSE(w.isVisible());
+  EXPECT_FALSE(w->isVisible());
   QWidget* image = a->findChild<QWidget*>("picImage");
   ASSERT_EQ(image->size(), finale.size());
   a->findChild<QRadioButton*>("optTexteEtLigne1")->click();
@@ -134,18 +87,12 @@ TEST(RouteAnnotation, FlecheEtCoteEnregistreesPuisRetirees) {
   QApplication::processEvents();
   EXPECT_EQ(dlg.Dernier().titre, "Valider et sortir");
   EXPECT_EQ(Fenetre("frmAnnotations2"), nullptr);
-  EXPECT_TRUE(w.isVisible());
+  EXPECT_TRUE(w->isVisible());
   ASSERT_EQ(s.Etape, 6);
   EXPECT_TRUE(s.AnnotationsPresentes);
 
-  w.findChild<QAction*>("Sauver")->trigger();
-  QWidget* enr = Fenetre("frmEnregistrer");
-  ASSERT_NE(enr, nullptr);
-  enr->findChild<QPushButton*>("cmdPreparer")->click();
   const QString fichier = QDir::current().filePath("annotee.jpg");
-  dlg.chaines.push_back(fichier);
-  enr->findChild<QPushButton*>("cmdConfirmer")->click();
-  QApplication::processEvents();
+  Enregistrer(fichier);
   const QImage enregistree(fichier);
   ASSERT_EQ(enregistree.size(), finale.size());
   // The marks where they were drawn, the rest as it was (up to the JPEG's loss).
@@ -162,13 +109,13 @@ TEST(RouteAnnotation, FlecheEtCoteEnregistreesPuisRetirees) {
   EXPECT_TRUE(QString::fromUtf8(echelle.sortie).contains(QRegularExpression("MicronsParPixel=0[.,]7099"))) << echelle.sortie.toStdString();
 
   dlg.reponses.push_back(Reponse::Oui);
-  w.findChild<QAction*>("mnuAnnulerAnnotation")->trigger();
+  w->findChild<QAction*>("mnuAnnulerAnnotation")->trigger();
   QApplication::processEvents();
   EXPECT_FALSE(s.AnnotationsPresentes);
   QImage reconstruite;
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, reconstruite));
   EXPECT_TRUE(reconstruite == finale);
-  w.hide();
+  w->hide();
 }
 
 }  // namespace

@@ -22,6 +22,7 @@
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "tests/app/Outils.h"
+#include "tests/app/Route.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
@@ -31,15 +32,10 @@ namespace {
 using test::Commentaire;
 using test::Fenetre;
 
-TEST(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
-  const QString photo = QDir::current().filePath("photo.jpg");
-  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
-  ASSERT_EQ(test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix",
-                                         "2272", "--micro", "Micro-A", "--config", "Fond clair",
-                                         "--obj", "40", "--pix", "400", "--mic", "100",
-                                         "--focale", "7.5"})
-                .code,
-            0);
+class RouteCartouche : public test::RouteFenetres {};
+
+TEST_F(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
+  const QString photo = Photo(true);
   const QString parOutil = QDir::current().filePath("outil.jpg");
   const test::Sortie r =
       test::Executer(test::Cli(), {"formater", photo, "-o", parOutil, "--table", "1",
@@ -47,67 +43,18 @@ TEST(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
                                    "50", "--auteur", "A. Nonyme", "--provenance", "Etang"});
   ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
 
-  test::DialoguesScriptes dlg;
-  SessionRecord s;
-  RecupereValeurIni(s);
-  PrendreFormatConfig(s);
-  s.SeparateurDecimal = SeparateurDecimalSysteme();
-  s.ImageAccueil = "0";
-  s.ModeOuvrir = "1";
-  s.MethodeRedim = "0";
-  cAdvancedImagery ai;
-  frmFichierPhoto w(s, ai);
-  Assembler(w);
-  w.show();
-  QApplication::processEvents();
+  Ouvrir(photo);
+  if (HasFatalFailure()) return;
+  Formater();
+  if (HasFatalFailure()) return;
 
-  dlg.chaines.push_back(photo);
-  w.findChild<QAction*>("Ouvrir")->trigger();
-  ASSERT_EQ(s.Etape, 1);
-  w.findChild<QAction*>("RedimAuto")->trigger();
-  QWidget* ressampl = Fenetre("frmChooseRessampl");
-  ASSERT_NE(ressampl, nullptr);
-  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
-  ressampl->findChild<QPushButton*>("cmdConsever")->click();
-  QApplication::processEvents();
-  ASSERT_EQ(s.Etape, 2);
-
-  w.findChild<QAction*>("Cartouche")->trigger();
-  QWidget* f = Fenetre("frmAjouterCartouche");
+  QWidget* f = Cartouche();
   ASSERT_NE(f, nullptr);
-  auto ligne = [f](const char* nom) { return f->findChild<QLineEdit*>(QLatin1String(nom)); };
-  auto liste = [f](const char* nom) { return f->findChild<QComboBox*>(QLatin1String(nom)); };
-  ligne("txtCommentaire")->setText("Navicula sp.");
-  ligne("txtNomAuteur")->setText("A. Nonyme");
-  liste("comboProvenance")->setCurrentText("Etang");
-  f->findChild<QPushButton*>("cmdEtalonner")->click();
-  // The photo fits the table: the automatic choice offers it alone.
-  EXPECT_FALSE(f->findChild<QCheckBox*>("chkAfficherTouteTable")->isChecked());
-  QComboBox* tables = liste("comboTables");
-  ASSERT_EQ(tables->count(), 2);
-  tables->setCurrentIndex(1);
-  emit tables->activated(1);
-  EXPECT_EQ(ligne("txtObjRef")->text(), "(Table : obj. de réf = x40)");
-  liste("comboListeObjectif")->setCurrentText("40");
-  f->findChild<QPushButton*>("cmdAppliquerTable")->click();
-  EXPECT_EQ(ligne("txtPix")->text(), "400");
-  ligne("txtLongueur")->setText("50");
-  dlg.appels.clear();
-  f->findChild<QPushButton*>("cmdSuite")->click();
-  QApplication::processEvents();
-  // Only the stage's help balloon: no error on the way.
-  for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
-  ASSERT_EQ(s.Etape, 3);
-  EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+  TableEtSuite(f);
+  if (HasFatalFailure()) return;
 
-  w.findChild<QAction*>("Sauver")->trigger();
-  QWidget* enr = Fenetre("frmEnregistrer");
-  ASSERT_NE(enr, nullptr);
-  enr->findChild<QPushButton*>("cmdPreparer")->click();
   const QString parFenetre = QDir::current().filePath("fenetre.jpg");
-  dlg.chaines.push_back(parFenetre);
-  enr->findChild<QPushButton*>("cmdConfirmer")->click();
-  QApplication::processEvents();
+  Enregistrer(parFenetre);
   ASSERT_EQ(s.Etape, 4);
 
   // Same block but for the moment of building, same pixels.
@@ -130,9 +77,9 @@ TEST(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
   ASSERT_TRUE(ai.MemoryDC_FillRectangle(s.ImageCourante, 20, 20, 120, 60, 0x0000FF));
   s.AnnotationsPresentes = true;
   s.Etape = 6;  // as the annotation window leaves it
-  w.AppliquerEtape();
+  w->AppliquerEtape();
   dlg.reponses.push_back(Reponse::Oui);
-  w.findChild<QAction*>("mnuAnnulerAnnotation")->trigger();
+  w->findChild<QAction*>("mnuAnnulerAnnotation")->trigger();
   QApplication::processEvents();
   EXPECT_FALSE(s.AnnotationsPresentes);
   EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
@@ -140,7 +87,7 @@ TEST(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, reconstruite));
   EXPECT_TRUE(reconstruite == finale);
   EXPECT_EQ(s.Etape, 3);
-  w.hide();
+  w->hide();
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "tests/app/Outils.h"
+#include "tests/app/Route.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
@@ -33,9 +34,10 @@ namespace {
 using test::Commentaire;
 using test::Fenetre;
 
-TEST(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
-  const QString photo = QDir::current().filePath("photo.jpg");
-  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
+class RouteExtrapolation : public test::RouteFenetres {};
+
+TEST_F(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
+  const QString photo = Photo(false);
   for (const char* focale : {"5", "10"})
     ASSERT_EQ(test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix", "2272",
                                            "--micro", "Micro-A", "--config", "Fond clair", "--obj", "40", "--pix",
@@ -50,39 +52,15 @@ TEST(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
                                    "50", "--auteur", "A. Nonyme", "--provenance", "Etang"});
   ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
 
-  test::DialoguesScriptes dlg;
-  SessionRecord s;
-  RecupereValeurIni(s);
-  PrendreFormatConfig(s);
-  s.SeparateurDecimal = SeparateurDecimalSysteme();
-  s.ImageAccueil = "0";
-  s.ModeOuvrir = "1";
-  s.MethodeRedim = "0";
-  cAdvancedImagery ai;
-  frmFichierPhoto w(s, ai);
-  Assembler(w);
-  w.show();
-  QApplication::processEvents();
+  Ouvrir(photo);
+  if (HasFatalFailure()) return;
+  Formater();
+  if (HasFatalFailure()) return;
 
-  dlg.chaines.push_back(photo);
-  w.findChild<QAction*>("Ouvrir")->trigger();
-  ASSERT_EQ(s.Etape, 1);
-  w.findChild<QAction*>("RedimAuto")->trigger();
-  QWidget* ressampl = Fenetre("frmChooseRessampl");
-  ASSERT_NE(ressampl, nullptr);
-  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
-  ressampl->findChild<QPushButton*>("cmdConsever")->click();
-  QApplication::processEvents();
-  ASSERT_EQ(s.Etape, 2);
-
-  w.findChild<QAction*>("Cartouche")->trigger();
-  QWidget* f = Fenetre("frmAjouterCartouche");
+  QWidget* f = Cartouche();
   ASSERT_NE(f, nullptr);
   auto ligne = [f](const char* nom) { return f->findChild<QLineEdit*>(QLatin1String(nom)); };
   auto liste = [f](const char* nom) { return f->findChild<QComboBox*>(QLatin1String(nom)); };
-  ligne("txtCommentaire")->setText("Navicula sp.");
-  ligne("txtNomAuteur")->setText("A. Nonyme");
-  liste("comboProvenance")->setCurrentText("Etang");
   f->findChild<QPushButton*>("cmdEtalonner")->click();
   auto* extrapoler = f->findChild<QPushButton*>("cmdExtrapolFoc");
   ASSERT_TRUE(extrapoler->isEnabled());
@@ -108,22 +86,11 @@ TEST(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
   f->findChild<QPushButton*>("cmdDessiner")->click();
   EXPECT_TRUE(static_cast<frmAjouterCartouche*>(f)->LegendeActuelle().contains(" [*]   obj. x40"))
       << static_cast<frmAjouterCartouche*>(f)->LegendeActuelle().toStdString();
-  dlg.appels.clear();
-  f->findChild<QPushButton*>("cmdSuite")->click();
-  QApplication::processEvents();
-  // Only the stage's help balloon: no error on the way.
-  for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
-  ASSERT_EQ(s.Etape, 3);
-  EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+  Suite(f);
+  if (HasFatalFailure()) return;
 
-  w.findChild<QAction*>("Sauver")->trigger();
-  QWidget* enr = Fenetre("frmEnregistrer");
-  ASSERT_NE(enr, nullptr);
-  enr->findChild<QPushButton*>("cmdPreparer")->click();
   const QString parFenetre = QDir::current().filePath("fenetre.jpg");
-  dlg.chaines.push_back(parFenetre);
-  enr->findChild<QPushButton*>("cmdConfirmer")->click();
-  QApplication::processEvents();
+  Enregistrer(parFenetre);
   ASSERT_EQ(s.Etape, 4);
 
   // Same block but for the moment of building, same pixels.
@@ -147,7 +114,7 @@ TEST(RouteExtrapolation, EchelleExtrapoleeParLesFenetresEtParLOutil) {
   double mpp = 0;
   ASSERT_TRUE(LireNombre(m.captured(1), mpp));
   EXPECT_NEAR(mpp, 100.0 / 375 * 2272 / 800, 1e-4);
-  w.hide();
+  w->hide();
 }
 
 }  // namespace

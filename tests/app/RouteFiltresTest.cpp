@@ -24,6 +24,7 @@
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "tests/app/Outils.h"
+#include "tests/app/Route.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
@@ -34,37 +35,18 @@ using test::Commentaire;
 using test::Fenetre;
 using test::Glisser;
 
-TEST(RouteFiltres, AppliquesPuisRetiresParLeMenu) {
-  const QString photo = QDir::current().filePath("photo.jpg");
-  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
-  test::DialoguesScriptes dlg;
-  SessionRecord s;
-  RecupereValeurIni(s);
-  PrendreFormatConfig(s);
-  s.SeparateurDecimal = SeparateurDecimalSysteme();
-  s.ImageAccueil = "0";
-  s.ModeOuvrir = "1";
-  s.MethodeRedim = "0";
-  cAdvancedImagery ai;
-  frmFichierPhoto w(s, ai);
-  Assembler(w);
-  w.show();
-  QApplication::processEvents();
+class RouteFiltres : public test::RouteFenetres {};
 
-  dlg.chaines.push_back(photo);
-  w.findChild<QAction*>("Ouvrir")->trigger();
-  ASSERT_EQ(s.Etape, 1);
-  w.findChild<QAction*>("RedimAuto")->trigger();
-  QWidget* ressampl = Fenetre("frmChooseRessampl");
-  ASSERT_NE(ressampl, nullptr);
-  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
-  ressampl->findChild<QPushButton*>("cmdConsever")->click();
-  QApplication::processEvents();
-  ASSERT_EQ(s.Etape, 2);
+TEST_F(RouteFiltres, AppliquesPuisRetiresParLeMenu) {
+  const QString photo = Photo(false);
+  Ouvrir(photo);
+  if (HasFatalFailure()) return;
+  Formater();
+  if (HasFatalFailure()) return;
   QImage formatee;
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, formatee));
 
-  w.findChild<QAction*>("Filtres")->trigger();
+  w->findChild<QAction*>("Filtres")->trigger();
   QWidget* f = Fenetre("frmFiltres");
   ASSERT_NE(f, nullptr);
   EXPECT_NE(Fenetre("frmFiltresVignette"), nullptr);
@@ -76,17 +58,17 @@ TEST(RouteFiltres, AppliquesPuisRetiresParLeMenu) {
   QImage filtree;
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, filtree));
   EXPECT_EQ(filtree.pixel(10, 10) & 0xFFFFFF, ~formatee.pixel(10, 10) & 0xFFFFFF);
-  EXPECT_TRUE(w.findChild<QAction*>("mnuAnnulerFiltres")->isEnabled());
+  EXPECT_TRUE(w->findChild<QAction*>("mnuAnnulerFiltres")->isEnabled());
 
   dlg.reponses.push_back(Reponse::Oui);
-  w.findChild<QAction*>("mnuAnnulerFiltres")->trigger();
+  w->findChild<QAction*>("mnuAnnulerFiltres")->trigger();
   EXPECT_EQ(dlg.Dernier().texte, "Filtres supprimés !");
   QImage rendue, refaite;
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, rendue));
   ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageFormatee, refaite));
   EXPECT_TRUE(rendue == formatee);
   EXPECT_TRUE(refaite == formatee);
-  w.hide();
+  w->hide();
 }
 
 }  // namespace

@@ -25,6 +25,7 @@
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
 #include "tests/app/Outils.h"
+#include "tests/app/Route.h"
 #include "tests/support/DialoguesScriptes.h"
 #include "tests/support/Processus.h"
 
@@ -35,33 +36,13 @@ using test::Commentaire;
 using test::Fenetre;
 using test::Glisser;
 
-TEST(RouteRecadrage, LEchelleSuitLaLargeurDuRecadrage) {
-  const QString photo = QDir::current().filePath("photo.jpg");
-  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
-  ASSERT_EQ(test::Executer(test::Cli(), {"tables", "ajouter", "--modele", "APN-Demo", "--largpix",
-                                         "2272", "--micro", "Micro-A", "--config", "Fond clair",
-                                         "--obj", "40", "--pix", "400", "--mic", "100",
-                                         "--focale", "7.5"})
-                .code,
-            0);
-  test::DialoguesScriptes dlg;
-  SessionRecord s;
-  RecupereValeurIni(s);
-  PrendreFormatConfig(s);
-  s.SeparateurDecimal = SeparateurDecimalSysteme();
-  s.ImageAccueil = "0";
-  s.ModeOuvrir = "1";
-  s.MethodeRedim = "0";
-  cAdvancedImagery ai;
-  frmFichierPhoto w(s, ai);
-  Assembler(w);
-  w.show();
-  QApplication::processEvents();
+class RouteRecadrage : public test::RouteFenetres {};
 
-  dlg.chaines.push_back(photo);
-  w.findChild<QAction*>("Ouvrir")->trigger();
-  ASSERT_EQ(s.Etape, 1);
-  w.findChild<QAction*>("Recadrer")->trigger();
+TEST_F(RouteRecadrage, LEchelleSuitLaLargeurDuRecadrage) {
+  const QString photo = Photo(true);
+  Ouvrir(photo);
+  if (HasFatalFailure()) return;
+  w->findChild<QAction*>("Recadrer")->trigger();
   QApplication::processEvents();
   auto* rec = qobject_cast<frmRecadrage*>(Fenetre("frmRecadrage"));
   ASSERT_NE(rec, nullptr);
@@ -72,52 +53,18 @@ TEST(RouteRecadrage, LEchelleSuitLaLargeurDuRecadrage) {
   rec->findChild<QPushButton*>("cmdOK")->click();
   QApplication::processEvents();
   ASSERT_EQ(s.LargeurRecadrage, cadre.CadreL);
-  EXPECT_TRUE(w.isVisible());
-  w.findChild<QAction*>("RedimAuto")->trigger();
-  QWidget* ressampl = Fenetre("frmChooseRessampl");
-  ASSERT_NE(ressampl, nullptr);
-  ressampl->findChild<QPushButton*>("cmdAppliquer")->click();
-  ressampl->findChild<QPushButton*>("cmdConsever")->click();
-  QApplication::processEvents();
-  ASSERT_EQ(s.Etape, 2);
+  EXPECT_TRUE(w->isVisible());
+  Formater();
+  if (HasFatalFailure()) return;
 
-  w.findChild<QAction*>("Cartouche")->trigger();
-  QWidget* f = Fenetre("frmAjouterCartouche");
+  QWidget* f = Cartouche();
   ASSERT_NE(f, nullptr);
-  auto ligne = [f](const char* nom) { return f->findChild<QLineEdit*>(QLatin1String(nom)); };
-  auto liste = [f](const char* nom) { return f->findChild<QComboBox*>(QLatin1String(nom)); };
-  ligne("txtCommentaire")->setText("Navicula sp.");
-  ligne("txtNomAuteur")->setText("A. Nonyme");
-  liste("comboProvenance")->setCurrentText("Etang");
-  f->findChild<QPushButton*>("cmdEtalonner")->click();
-  // The photo fits the table: the automatic choice offers it alone.
-  EXPECT_FALSE(f->findChild<QCheckBox*>("chkAfficherTouteTable")->isChecked());
-  QComboBox* tables = liste("comboTables");
-  ASSERT_EQ(tables->count(), 2);
-  tables->setCurrentIndex(1);
-  emit tables->activated(1);
-  EXPECT_EQ(ligne("txtObjRef")->text(), "(Table : obj. de réf = x40)");
-  liste("comboListeObjectif")->setCurrentText("40");
-  f->findChild<QPushButton*>("cmdAppliquerTable")->click();
-  EXPECT_EQ(ligne("txtPix")->text(), "400");
-  ligne("txtLongueur")->setText("50");
-  dlg.appels.clear();
-  f->findChild<QPushButton*>("cmdSuite")->click();
-  QApplication::processEvents();
-  // Only the stage's help balloon: no error on the way.
-  for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
-  ASSERT_EQ(s.Etape, 3);
-  EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+  TableEtSuite(f);
+  if (HasFatalFailure()) return;
 
-  w.findChild<QAction*>("Sauver")->trigger();
-  QWidget* enr = Fenetre("frmEnregistrer");
-  ASSERT_NE(enr, nullptr);
-  enr->findChild<QPushButton*>("cmdPreparer")->click();
   const QString parFenetre = QDir::current().filePath("fenetre.jpg");
-  dlg.chaines.push_back(parFenetre);
-  enr->findChild<QPushButton*>("cmdConfirmer")->click();
-  QApplication::processEvents();
-  w.hide();
+  Enregistrer(parFenetre);
+  w->hide();
 
   const QString parOutil = QDir::current().filePath("outil.jpg");
   const test::Sortie fo = test::Executer(
