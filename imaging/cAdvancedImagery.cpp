@@ -51,6 +51,25 @@ void RecevoirMessage(FREE_IMAGE_FORMAT, const char* message) {
 
 QByteArray NomFichier(const QString& chemin) { return QFile::encodeName(chemin); }
 
+int Arrondi(double v) { return static_cast<int>(std::nearbyint(v)); }
+
+// The facts of a bitmap, pixels loaded or header alone.
+InfosImage LireInfos(FIBITMAP* dib) {
+  InfosImage infos;
+  infos.largeur = static_cast<int>(FreeImage_GetWidth(dib));
+  infos.hauteur = static_cast<int>(FreeImage_GetHeight(dib));
+  infos.bpp = static_cast<int>(FreeImage_GetBPP(dib));
+  infos.couleursUtilisees = static_cast<int>(FreeImage_GetColorsUsed(dib));
+  infos.pitch = static_cast<int>(FreeImage_GetPitch(dib));
+  // 1 inch = 0.0254 m.
+  infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
+  infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
+  infos.dpmX = static_cast<int>(FreeImage_GetDotsPerMeterX(dib));
+  infos.dpmY = static_cast<int>(FreeImage_GetDotsPerMeterY(dib));
+  infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
+  return infos;
+}
+
 QColor CouleurBGR(int couleur) {
   return QColor(couleur & 0xFF, (couleur >> 8) & 0xFF, (couleur >> 16) & 0xFF);
 }
@@ -107,8 +126,6 @@ void EcrirePixel(BYTE* ligne, int x, int octetsParPixel, BYTE r, BYTE g, BYTE b)
   p[FI_RGBA_BLUE] = b;
   if (octetsParPixel == 4) p[FI_RGBA_ALPHA] = 0xFF;
 }
-
-int Arrondi(double v) { return static_cast<int>(std::nearbyint(v)); }
 
 // The EXIF tags that the program reads as a fraction "n/d" rather than as the
 // library's display text ("7.5 mm").
@@ -310,17 +327,7 @@ bool cAdvancedImagery::Info_File(const QString& chemin, InfosImage& infos) {
     if (!IO_LoadImage(chemin, image)) return false;
     return Info_ALL(image, infos);
   }
-  FIBITMAP* dib = entete.Get();
-  infos.largeur = static_cast<int>(FreeImage_GetWidth(dib));
-  infos.hauteur = static_cast<int>(FreeImage_GetHeight(dib));
-  infos.bpp = static_cast<int>(FreeImage_GetBPP(dib));
-  infos.couleursUtilisees = static_cast<int>(FreeImage_GetColorsUsed(dib));
-  infos.pitch = static_cast<int>(FreeImage_GetPitch(dib));
-  infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
-  infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
-  infos.dpmX = static_cast<int>(FreeImage_GetDotsPerMeterX(dib));
-  infos.dpmY = static_cast<int>(FreeImage_GetDotsPerMeterY(dib));
-  infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
+  infos = LireInfos(entete.Get());
   return true;
 }
 
@@ -540,18 +547,7 @@ int cAdvancedImagery::Info_Height(const Bitmap& image) {
 bool cAdvancedImagery::Info_ALL(const Bitmap& image, InfosImage& infos) {
   infos = InfosImage{};
   if (!Valide(image)) return false;
-  FIBITMAP* dib = image.Get();
-  infos.largeur = static_cast<int>(FreeImage_GetWidth(dib));
-  infos.hauteur = static_cast<int>(FreeImage_GetHeight(dib));
-  infos.bpp = static_cast<int>(FreeImage_GetBPP(dib));
-  infos.couleursUtilisees = static_cast<int>(FreeImage_GetColorsUsed(dib));
-  infos.pitch = static_cast<int>(FreeImage_GetPitch(dib));
-  // 1 inch = 0.0254 m.
-  infos.dpiX = Arrondi(FreeImage_GetDotsPerMeterX(dib) * 0.0254);
-  infos.dpiY = Arrondi(FreeImage_GetDotsPerMeterY(dib) * 0.0254);
-  infos.dpmX = static_cast<int>(FreeImage_GetDotsPerMeterX(dib));
-  infos.dpmY = static_cast<int>(FreeImage_GetDotsPerMeterY(dib));
-  infos.transparent = FreeImage_IsTransparent(dib) != FALSE;
+  infos = LireInfos(image.Get());
   return true;
 }
 

@@ -9,6 +9,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QImage>
+#include <QRegularExpression>
 #include <QLineEdit>
 #include <QPushButton>
 #include <optional>
@@ -117,6 +119,24 @@ class RouteFenetres : public testing::Test {
     for (const auto& a : dlg.appels) EXPECT_EQ(a.genre, "MsgBoxEx") << a.texte.toStdString();
     ASSERT_EQ(s.Etape, 3);
     EXPECT_EQ(Fenetre("frmAjouterCartouche"), nullptr);
+  }
+
+  // The file of the headless tool and that of the windows: the same comment
+  // block but for the moment of building (DateImage), the same pixels, 800 x
+  // 660. Gives the tool's block.
+  QString MemeFichier(const QString& parOutil, const QString& parFenetre) {
+    static const QRegularExpression date(QStringLiteral("DateImage=[^\r]*"));
+    QString a = Commentaire(parOutil), b = Commentaire(parFenetre);
+    EXPECT_TRUE(a.contains(date));
+    const QString bloc = a;
+    a.replace(date, QString());
+    b.replace(date, QString());
+    EXPECT_EQ(a.toStdString(), b.toStdString());
+    const QImage pa(parOutil), pb(parFenetre);
+    EXPECT_FALSE(pa.isNull());
+    EXPECT_EQ(pa.size(), QSize(800, 660));
+    EXPECT_TRUE(pa == pb);
+    return bloc;
   }
 
   // The save window: a trial at the configured quality, then the file.

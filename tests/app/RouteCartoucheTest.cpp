@@ -58,17 +58,7 @@ TEST_F(RouteCartouche, LaFenetreEtLOutilSansFenetreFontLeMemeFichier) {
   ASSERT_EQ(s.Etape, 4);
 
   // Same block but for the moment of building, same pixels.
-  static const QRegularExpression date(QStringLiteral("DateImage=[^\r]*"));
-  QString a = Commentaire(parOutil), b = Commentaire(parFenetre);
-  ASSERT_TRUE(a.contains(date));
-  EXPECT_TRUE(a.contains("\r\nEchellePix=70"));
-  a.replace(date, QString());
-  b.replace(date, QString());
-  EXPECT_EQ(a.toStdString(), b.toStdString());
-  const QImage pa(parOutil), pb(parFenetre);
-  ASSERT_FALSE(pa.isNull());
-  EXPECT_EQ(pa.size(), QSize(800, 660));
-  EXPECT_TRUE(pa == pb);
+  EXPECT_TRUE(MemeFichier(parOutil, parFenetre).contains("\r\nEchellePix=70"));
 
   // Annotations drawn, then removed: the final picture is rebuilt from the
   // formatted image with the form as it was left.
