@@ -1,5 +1,7 @@
 #include "cartouche/ImageFinale.h"
 
+#include <cmath>
+
 #include <QPainter>
 #include <cstdlib>
 
@@ -71,6 +73,30 @@ QString TraitementTexte(const QStringList& legendes, const QList<bool>& coches) 
 
 QString SansChampInutilise(const QString& texte) {
   return texte == QStringLiteral("*** Champ inutilisé ***") ? QString() : texte;
+}
+
+QRect ZoneSousCartouche(const ParamsImageFinale& p, int largeurFormatee, int hauteurFormatee) {
+  if (p.cartoucheHB != "0") return {};
+  const QPoint pos = PositionImage(p, largeurFormatee, hauteurFormatee);
+  const QRect cartouche(0, HautCartouche(p, largeurFormatee, hauteurFormatee), p.largeurFond, p.hauteurCartouche);
+  return cartouche.translated(-pos) & QRect(0, 0, largeurFormatee, hauteurFormatee);
+}
+
+double LuminanceMoyenne(const QImage& image, const QRect& zone) {
+  const QRect z = zone & image.rect();
+  if (z.isEmpty()) return -1;
+  double somme = 0;
+  for (int y = z.top(); y <= z.bottom(); ++y)
+    for (int x = z.left(); x <= z.right(); ++x) {
+      const QRgb c = image.pixel(x, y);
+      somme += 0.299 * qRed(c) + 0.587 * qGreen(c) + 0.114 * qBlue(c);
+    }
+  return somme / (double(z.width()) * z.height());
+}
+
+int CouleurContrastee(double luminance) {
+  constexpr int kNoir = 0x202020, kBlanc = 0xF0F0F0;  // near-black, near-white
+  return std::fabs(luminance - 0x20) >= std::fabs(luminance - 0xF0) ? kNoir : kBlanc;
 }
 
 int AlphaTransparence(int optTransparence) {

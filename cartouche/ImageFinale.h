@@ -4,6 +4,7 @@
 // imaging contract; no temporary file.
 #include <QColor>
 #include <QImage>
+#include <QRect>
 #include <QPoint>
 #include <QString>
 #include <QStringList>
@@ -32,6 +33,16 @@ int HautCartouche(const ParamsImageFinale& p, int largeurFormatee, int hauteurFo
 // rounds half to even and takes the cartouche's rows out of the height; y is
 // never negative.
 QPoint PositionImage(const ParamsImageFinale& p, int largeurFormatee, int hauteurFormatee);
+
+// The part of the formatted picture that a cartouche drawn over it covers,
+// in the picture's pixels; empty when the cartouche lies under the picture.
+QRect ZoneSousCartouche(const ParamsImageFinale& p, int largeurFormatee, int hauteurFormatee);
+// Mean luminance (0.299 R + 0.587 G + 0.114 B, 0 to 255) of `image` in
+// `zone`; -1 when the zone holds no pixel.
+double LuminanceMoyenne(const QImage& image, const QRect& zone);
+// The "auto" colour of text and bar: near-black 0x202020 or near-white
+// 0xF0F0F0 (0xBBGGRR), whichever lies further from the luminance under them.
+int CouleurContrastee(double luminance);
 
 // Alpha of the cartouche's background colour: 255, 100 or 0.
 int AlphaTransparence(int optTransparence);

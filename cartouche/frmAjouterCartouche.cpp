@@ -334,6 +334,10 @@ void frmAjouterCartouche::Construire() {
   cmdCouleurFond_ = bouton(fraPolices_, lp, "cmdCouleurFond", QStringLiteral("Fond"), 0, 6);
   auto* defaut = bouton(fraPolices_, lp, "cmdCartoucheDefaut", QStringLiteral("Défaut"), 1, 0);
   auto* pipette = bouton(fraPolices_, lp, "cmdPipette", QStringLiteral("Pipette"), 1, 1);
+  chkCouleurAuto_ = Nomme(new QCheckBox(QStringLiteral("auto"), fraPolices_), QStringLiteral("chkCouleurAuto"));
+  chkCouleurAuto_->setToolTip(QStringLiteral(
+      "Texte et échelle en noir ou en blanc, selon l'image sous le cartouche (cartouche sur l'image)"));
+  lp->addWidget(chkCouleurAuto_, 1, 2);
   connect(pipette, &QPushButton::clicked, this, [this] { cmdPipette(); });
   cTexte->setToolTip(QStringLiteral("Couleur du texte (colle sa couleur sur couleur échelle !)"));
   cmdCouleurFond_->setToolTip(QStringLiteral("Uniquement si image carrée ou portrait !"));
@@ -505,6 +509,8 @@ void frmAjouterCartouche::Form_Load() {
   lblInfosCartouche_->setText(forme_.infos);
   // A 3-line cartouche is never transparent.
   for (auto* o : optTransparence_) o->setEnabled(s_.CartoucheHB != u"1");
+  // The auto colour reads the picture under a cartouche drawn over it.
+  chkCouleurAuto_->setEnabled(s_.CartoucheHB == u"0");
   // 10.
   const OptionsDefaut o = CalculerOptionsDefaut(s_.CadrageFormate, s_.RatioFormat, s_.CartoucheHB,
                                                 s_.LargeurFormatee, canevas_.largeurFond);
@@ -1177,6 +1183,7 @@ void frmAjouterCartouche::cmdDessiner() {
   EcrireChamps(c);
   cartoucheValide_ = r.valide;
   InitVarEchelle();
+  AppliquerCouleurAuto();
   // An image larger than the format has no canvas: nothing is drawn.
   if (canevas_.largeurCartouche > 0 && forme_.hauteurCartouche > 0)
     DessinerCartouche(cartouche_, ValeursDessin());
@@ -1187,7 +1194,7 @@ void frmAjouterCartouche::cmdDessiner() {
 
 // --- Final picture
 
-bool frmAjouterCartouche::ConstruireImageFinal() {
+ParamsImageFinale frmAjouterCartouche::ParamsFinale() const {
   ParamsImageFinale p;
   p.largeurFond = canevas_.largeurFond;
   p.hauteurFond = forme_.hauteurFond;
@@ -1198,6 +1205,25 @@ bool frmAjouterCartouche::ConstruireImageFinal() {
     if (optAlign_[i]->isChecked()) p.optAlign = i;
     if (optTransparence_[i]->isChecked()) p.optTransparence = i;
   }
+  return p;
+}
+
+void frmAjouterCartouche::AppliquerCouleurAuto() {
+  if (!chkCouleurAuto_->isChecked() || s_.CartoucheHB != u"0") return;
+  const ParamsImageFinale p = ParamsFinale();
+  QImage image;
+  if (!ai_.Convert_ImageToPicture(s_.ImageFormatee, image)) return;
+  const double sous = LuminanceMoyenne(image, ZoneSousCartouche(p, image.width(), image.height()));
+  if (sous < 0) return;
+  // What lies under the text: the cartouche's background over the picture,
+  // as opaque as the transparency chosen.
+  const double a = AlphaTransparence(p.optTransparence) / 255.0;
+  const double fond = 0.299 * couleurCartouche_.red() + 0.587 * couleurCartouche_.green() + 0.114 * couleurCartouche_.blue();
+  DefinirCouleurTexte(DepuisBgr(CouleurContrastee(a * fond + (1 - a) * sous)));
+}
+
+bool frmAjouterCartouche::ConstruireImageFinal() {
+  const ParamsImageFinale p = ParamsFinale();
   QImage fond(p.largeurFond, p.hauteurFond, QImage::Format_RGB32);
   fond.fill(couleurFond_);
   const QString commentaireAvant = s_.CommentaireImage;

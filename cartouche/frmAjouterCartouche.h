@@ -11,6 +11,7 @@
 
 #include "cartouche/FormCartouche.h"
 #include "cartouche/RenduCartouche.h"
+#include "cartouche/ImageFinale.h"
 #include "core/SessionRecord.h"
 #include "core/frmPipette.h"
 
@@ -115,6 +116,9 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   ValeursCartouche ValeursDessin() const;
   void AfficherCartouche();
   void Peindre(QWidget* w, int bgr);
+  ParamsImageFinale ParamsFinale() const;
+  // The auto colour of text and bar over the picture (chkCouleurAuto).
+  void AppliquerCouleurAuto();
   void ApparenceChampsTable();
   void ApparenceNoEtalon();
   bool EchelleVisible() const;
@@ -168,6 +172,7 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   QPointer<frmMotClef> motClef_;
   QPointer<QWidget> pipette_;
   QPointer<QWidget> extrapolation_;
+  QCheckBox* chkCouleurAuto_ = nullptr;
 };
 
 }  // namespace tg

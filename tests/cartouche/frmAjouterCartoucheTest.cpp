@@ -1,5 +1,6 @@
 // The cartouche form driven through its named controls and the dialogue double.
 #include <gtest/gtest.h>
+#include <QRadioButton>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -13,6 +14,7 @@
 #include <QPushButton>
 
 #include "cartouche/Listes.h"
+#include "cartouche/ImageFinale.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "core/Chargement.h"
 #include "core/frmPipette.h"
@@ -170,6 +172,45 @@ TEST_F(FormCartouche, CouleurDuTexteRecouvreCelleDeLEchelleMaisPasLInverse) {
   C<QPushButton>("cmdCouleurEchelle")->click();
   EXPECT_EQ(f->CouleurEchelle(), QColor(0, 0, 255));
   EXPECT_EQ(f->CouleurTexte(), QColor(255, 0, 0));
+}
+
+// The auto colour over the picture: light over a dark picture, dark over a
+// light one, when the cartouche lets the picture through; under the picture
+// the box is not offered.
+TEST_F(FormCartouche, CouleurAutoSelonLImageSousLeCartouche) {
+  Ouvrir(800, 600, "0");
+  auto* automatique = C<QCheckBox>("chkCouleurAuto");
+  ASSERT_TRUE(automatique->isEnabled());
+  C<QRadioButton>("optTransparence2")->setChecked(true);  // "Complète"
+  automatique->setChecked(true);
+  Dessiner();  // the picture made by IO_CreateImage is black
+  EXPECT_EQ(f->CouleurTexte(), QColor(0xF0, 0xF0, 0xF0));
+  EXPECT_EQ(f->CouleurEchelle(), QColor(0xF0, 0xF0, 0xF0));
+  QImage blanche(800, 600, QImage::Format_RGB32);
+  blanche.fill(Qt::white);
+  ASSERT_TRUE(ai.Convert_PictureToImage(blanche, s.ImageFormatee));
+  Dessiner();
+  EXPECT_EQ(f->CouleurTexte(), QColor(0x20, 0x20, 0x20));
+  Ouvrir(800, 600, "1");
+  EXPECT_FALSE(C<QCheckBox>("chkCouleurAuto")->isEnabled());
+}
+
+TEST(ImageFinale, ZoneSousLeCartoucheEtContraste) {
+  ParamsImageFinale p;
+  p.largeurFond = 800;
+  p.hauteurFond = 600;
+  p.hauteurCartouche = 40;
+  p.cartoucheHB = "0";
+  EXPECT_EQ(ZoneSousCartouche(p, 800, 600), QRect(0, 560, 800, 40));
+  p.cartoucheHB = "1";
+  EXPECT_TRUE(ZoneSousCartouche(p, 800, 600).isEmpty());
+  QImage img(10, 10, QImage::Format_RGB32);
+  img.fill(QColor(200, 100, 0));
+  EXPECT_NEAR(LuminanceMoyenne(img, QRect(2, 2, 4, 4)), 0.299 * 200 + 0.587 * 100, 1e-9);
+  EXPECT_EQ(LuminanceMoyenne(img, QRect(20, 20, 4, 4)), -1);
+  EXPECT_EQ(CouleurContrastee(10), 0xF0F0F0);
+  EXPECT_EQ(CouleurContrastee(250), 0x202020);
+  EXPECT_EQ(CouleurContrastee(0x88), 0x202020);  // the middle goes to the dark one
 }
 
 TEST_F(FormCartouche, DateExifChoisieAuChargement) {
