@@ -3,6 +3,7 @@
 // the windows (the form is built hidden and driven by its controls): load,
 // ControleImage, resize, cartouche, final picture, trial save, copy.
 #include <QApplication>
+#include <QFile>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDate>
@@ -101,7 +102,16 @@ void Etape(const char* nom) {
   static QElapsedTimer chrono;
   if (!actif) return;
   if (!chrono.isValid()) chrono.start();
-  fprintf(stderr, "%8.1f ms  %s\n", chrono.nsecsElapsed() / 1e6, nom);
+  // Resident memory so far: the process's own pages, then the libraries' and files'.
+  QFile statut(QStringLiteral("/proc/self/status"));
+  QByteArray anon = "?", fichiers = "?";
+  if (statut.open(QIODevice::ReadOnly))
+    for (const QByteArray& l : statut.readAll().split('\n')) {
+      if (l.startsWith("RssAnon:")) anon = l.mid(8).simplified();
+      if (l.startsWith("RssFile:")) fichiers = l.mid(8).simplified();
+    }
+  fprintf(stderr, "%8.1f ms  %-28s mémoire %s + %s\n", chrono.nsecsElapsed() / 1e6, nom, anon.constData(),
+          fichiers.constData());
 }
 
 int Formater(const QStringList& arguments) {
@@ -188,14 +198,12 @@ int Formater(const QStringList& arguments) {
   cAdvancedImagery ai;
 
   // Loading, as ChargerImage does it.
-  // The picture goes straight to resizing: a JPEG is decoded at the smallest
-  // DCT scale that leaves twice the output size, the session keeping the
+  // The picture goes straight to resizing: a JPEG's header only, its pixels
+  // decoded at resizing straight to the output size, the session keeping the
   // file's size. A crop is cut in the whole picture.
   QSize tailleFichier;
-  const int cote = 2 * std::max<int>(s.ApnLargCourant, s.ApnHautCourant);
-  const bool charge = o.A("--exact") || o.A("--recadrage")
-                          ? ChargerBitmap(s, ai, o.photo)
-                          : ChargerBitmapReduit(s, ai, o.photo, cote, cote, tailleFichier);
+  const bool charge = o.A("--exact") || o.A("--recadrage") ? ChargerBitmap(s, ai, o.photo)
+                                                            : ChargerEntete(s, ai, o.photo, tailleFichier);
   if (!charge) return Refus(ai.Error_GetLast());
   Etape("chargement");
   // A picture cut in its image data is not formatted without a person to agree.

@@ -36,16 +36,14 @@ bool ChargerBitmap(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
   return ai.IO_LoadImage(chemin, s.ImageCourante);
 }
 
-bool ChargerBitmapReduit(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, int minLargeur,
-                         int minHauteur, QSize& taille) {
+bool ChargerEntete(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, QSize& taille) {
   ai.IO_DestroyBitmap(s.ImageSansFiltre);
   ai.IO_DestroyBitmap(s.ImageCourante);
   ai.IO_DestroyBitmap(s.ImageFormatee);
   ai.IO_DestroyBitmap(s.ImageMesure);
   ai.IO_DestroyBitmap(s.ImageFiltre);
-  int l = 0, h = 0;
-  if (!ai.IO_LoadImageReduite(chemin, minLargeur, minHauteur, s.ImageCourante, l, h)) return false;
-  taille = QSize(l, h);
+  if (!ai.IO_LoadEntete(chemin, s.ImageCourante)) return false;
+  taille = QSize(ai.Info_Width(s.ImageCourante), ai.Info_Height(s.ImageCourante));
   return true;
 }
 

@@ -31,10 +31,10 @@ bool ChargerBitmap(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
 // come after.
 QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin,
                            QSize tailleFichier = {});
-// ChargerBitmap for a picture that goes straight to resizing: a JPEG decoded
-// reduced, never below minLargeur x minHauteur; the file's own size in `taille`.
-bool ChargerBitmapReduit(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, int minLargeur,
-                         int minHauteur, QSize& taille);
+// ChargerBitmap for a picture that goes straight to resizing: a JPEG's header
+// and metadata only, its pixels decoded by RedimensionnerSession straight to
+// the output size; any other file whole. The file's own size in `taille`.
+bool ChargerEntete(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, QSize& taille);
 
 // What txtExif shows after a load: the comment when there is one, else the
 // EXIF sub-directory, a line break and the main directory; hidden when all

@@ -92,7 +92,19 @@ bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre, b
   const float ratio = recadree ? s.RatioRecadrage : s.RatioOrigine;
   const Taille t =
       TailleRedimensionnee(srcL, srcH, ratio, s.RatioFormat, s.ApnLargCourant, s.ApnHautCourant);
-  if (rapide && t.largeur > 0 && t.hauteur > 0) {
+  bool redimensionnee = false;
+  if (!s.ImageCourante.Vide() && !ai.Info_Pixels(s.ImageCourante)) {
+    Bitmap image;
+    const bool lanczos = filtre < 1 || filtre > 4 || filtre == 3;
+    redimensionnee =
+        lanczos && ai.IO_LoadImageRedimensionnee(s.PathOrigine, t.largeur, t.hauteur, s.ImageCourante, image);
+    int l = 0, h = 0;
+    // Any file the direct road does not take: decoded reduced, resized as always.
+    if (!redimensionnee && !ai.IO_LoadImageReduite(s.PathOrigine, 2 * t.largeur, 2 * t.hauteur, image, l, h))
+      return false;
+    s.ImageCourante = std::move(image);
+  }
+  if (!redimensionnee && rapide && t.largeur > 0 && t.hauteur > 0) {
     // Blocks of k x k averaged first, leaving at least twice the output size,
     // as a reduced decode does: the resampling then reads k x k times fewer pixels.
     const int k = std::min(ai.Info_Width(s.ImageCourante) / (2 * t.largeur),
@@ -100,7 +112,7 @@ bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre, b
     Bitmap reduite;
     if (k >= 2 && ai.Effect_ReduireFacteur(s.ImageCourante, reduite, k)) s.ImageCourante = std::move(reduite);
   }
-  if (!ai.Effect_Resize(s.ImageCourante, t.largeur, t.hauteur, filtre)) return false;
+  if (!redimensionnee && !ai.Effect_Resize(s.ImageCourante, t.largeur, t.hauteur, filtre)) return false;
   s.Largeur = ai.Info_Width(s.ImageCourante);
   s.Hauteur = ai.Info_Height(s.ImageCourante);
   s.Cadrage = s.Hauteur != 0 ? float(s.Largeur) / float(s.Hauteur) : 0.0f;

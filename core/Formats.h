@@ -66,6 +66,8 @@ inline constexpr std::array<Reechantillonneur, 4> Reechantillonneurs = {{
 // `rapide`: a picture more than twice the output size is first reduced by
 // whole blocks, down to twice that size at least (the pictures the user sees
 // change by less than a JPEG save does; every size and scale stays).
+// A header alone in ImageCourante (ChargerEntete) is decoded here from
+// PathOrigine, straight to the output size when the filter is Lanczos 3.
 bool RedimensionnerSession(SessionRecord& s, cAdvancedImagery& ai, int filtre, bool rapide = false);
 
 // The reduced copy ImageMesure for measuring. False after an imaging failure.

@@ -23,6 +23,7 @@
 #include <thread>
 #include <vector>
 
+#include "imaging/DecodageJpeg.h"
 #include "imaging/LecteurTIFF.h"
 #include "imaging/PixelEffects.h"
 #include "imaging/VerificationFichier.h"
@@ -169,6 +170,12 @@ bool cAdvancedImagery::EchecBibliotheque(const QString& texte) {
   return Echec(message.isEmpty() ? texte : texte + " (" + message + ")");
 }
 
+bool cAdvancedImagery::ValideEntete(const Bitmap& image) {
+  if (image.Vide()) return Echec("Specified image is invalid");
+  MessageBibliotheque().clear();
+  return true;
+}
+
 bool cAdvancedImagery::Valide(const Bitmap& image) {
   if (image.Vide() || !FreeImage_HasPixels(image.Get())) return Echec("Specified image is invalid");
   MessageBibliotheque().clear();
@@ -280,6 +287,43 @@ bool cAdvancedImagery::IO_LoadImageReduite(const QString& chemin, int minLargeur
   largeurFichier = infos.largeur;
   hauteurFichier = infos.hauteur;
   return true;
+}
+
+bool cAdvancedImagery::IO_LoadEntete(const QString& chemin, Bitmap& sortie) {
+  sortie.Reset();
+  incomplet_.clear();
+  const VerificationImage verification = VerifierFichierImage(chemin);
+  if (verification.refuse) return Echec(verification.message);
+  if (verification.type != TypeFichierImage::JPEG) return IO_LoadImage(chemin, sortie);
+  MessageBibliotheque().clear();
+  const QByteArray nom = NomFichier(chemin);
+  sortie.Reset(FreeImage_Load(FIF_JPEG, nom.constData(), FIF_LOAD_NOPIXELS));
+  if (sortie.Vide()) return IO_LoadImage(chemin, sortie);
+  incomplet_ = verification.incomplet ? verification.message : QString();
+  return true;
+}
+
+bool cAdvancedImagery::IO_LoadImageRedimensionnee(const QString& chemin, int largeur, int hauteur,
+                                                  const Bitmap& entete, Bitmap& sortie) {
+  sortie.Reset();
+  // Without a DCT scale the whole decode and FreeImage's own resampling give
+  // the very pixels the windows give: that road is kept.
+  if (!entete.Vide() &&
+      DenominateurDCT(Info_Width(entete), Info_Height(entete), 2 * largeur, 2 * hauteur) == 1)
+    return Echec("No DCT scale for this size");
+  QString erreur;
+  sortie.Reset(DecoderJpegRedimensionne(chemin, largeur, hauteur, erreur));
+  if (sortie.Vide()) return Echec(erreur);
+  if (!entete.Vide()) {
+    FreeImage_CloneMetadata(sortie.Get(), entete.Get());
+    FreeImage_SetDotsPerMeterX(sortie.Get(), FreeImage_GetDotsPerMeterX(entete.Get()));
+    FreeImage_SetDotsPerMeterY(sortie.Get(), FreeImage_GetDotsPerMeterY(entete.Get()));
+  }
+  return true;
+}
+
+bool cAdvancedImagery::Info_Pixels(const Bitmap& image) const {
+  return !image.Vide() && FreeImage_HasPixels(image.Get());
 }
 
 bool cAdvancedImagery::IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie) {
@@ -537,11 +581,11 @@ bool cAdvancedImagery::Render_Transparent(const Bitmap& image, QPainter& p, int 
 // ---- Information ----
 
 int cAdvancedImagery::Info_Width(const Bitmap& image) {
-  return Valide(image) ? static_cast<int>(FreeImage_GetWidth(image.Get())) : 0;
+  return ValideEntete(image) ? static_cast<int>(FreeImage_GetWidth(image.Get())) : 0;
 }
 
 int cAdvancedImagery::Info_Height(const Bitmap& image) {
-  return Valide(image) ? static_cast<int>(FreeImage_GetHeight(image.Get())) : 0;
+  return ValideEntete(image) ? static_cast<int>(FreeImage_GetHeight(image.Get())) : 0;
 }
 
 bool cAdvancedImagery::Info_ALL(const Bitmap& image, InfosImage& infos) {
@@ -911,7 +955,7 @@ bool cAdvancedImagery::Clipboard_Set(const Bitmap& image) {
 
 bool cAdvancedImagery::Metadata_Get_EXIF(const Bitmap& image, QString& texte, int genre) {
   texte.clear();
-  if (!Valide(image)) return false;
+  if (!ValideEntete(image)) return false;
   FREE_IMAGE_MDMODEL modele;
   if (genre == 1) modele = FIMD_EXIF_MAIN;
   else if (genre == 2) modele = FIMD_EXIF_EXIF;
@@ -939,7 +983,7 @@ bool cAdvancedImagery::Metadata_Get_EXIF(const Bitmap& image, QString& texte, in
 
 bool cAdvancedImagery::Metadata_Get_Comments(const Bitmap& image, QString& texte) {
   texte.clear();
-  if (!Valide(image)) return false;
+  if (!ValideEntete(image)) return false;
   FITAG* tag = nullptr;
   if (!FreeImage_GetMetadata(FIMD_COMMENTS, image.Get(), "Comment", &tag) || tag == nullptr) return true;
   const char* valeur = static_cast<const char*>(FreeImage_GetTagValue(tag));

@@ -91,6 +91,20 @@ class cAdvancedImagery {
   // back in largeurFichier, hauteurFichier.
   bool IO_LoadImageReduite(const QString& chemin, int minLargeur, int minHauteur, Bitmap& sortie,
                            int& largeurFichier, int& hauteurFichier);
+  // For a picture decoded later straight to its output size: a JPEG's header
+  // and metadata without its pixels (Info_Pixels false), any other file whole
+  // as IO_LoadImage gives it. Checked, and Incomplet() set, as IO_LoadImage.
+  bool IO_LoadEntete(const QString& chemin, Bitmap& sortie);
+  // A JPEG decoded straight to largeur x hauteur: the smallest DCT scale
+  // leaving twice that size, then Lanczos 3, on two threads, the whole
+  // picture never held; the metadata of `entete` goes with it. False, with
+  // sortie empty, for a file this road does not take (not three colour
+  // channels, less than twice the output size, damaged): the caller loads it
+  // whole.
+  bool IO_LoadImageRedimensionnee(const QString& chemin, int largeur, int hauteur, const Bitmap& entete,
+                                  Bitmap& sortie);
+  // False for an empty bitmap or a header alone.
+  bool Info_Pixels(const Bitmap& image) const;
   // Info_ALL of a file from its header where the format allows it, without
   // decoding the picture.
   bool Info_File(const QString& chemin, InfosImage& infos);
@@ -178,6 +192,8 @@ class cAdvancedImagery {
   // Echec with the library's own message, when it gave one, after the text.
   bool EchecBibliotheque(const QString& texte);
   bool Valide(const Bitmap& image);
+  // Not empty; a header alone passes (sizes and metadata only).
+  bool ValideEntete(const Bitmap& image);
   // Replaces the bitmap by `nouveau`, carrying the metadata over; false (and
   // the bitmap untouched) when `nouveau` is null.
   bool Remplacer(Bitmap& image, FIBITMAP* nouveau, const QString& texteEchec);

@@ -2,6 +2,9 @@
 // already formatted picture, the stored format and the reduced measuring copy.
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QImage>
+
 #include "core/Chargement.h"
 #include "core/Formats.h"
 #include "core/Session.h"
@@ -140,6 +143,36 @@ TEST_F(AvecImage, EchecDeRedimensionnementGardeLAncienneImage) {
   EXPECT_EQ(s.Largeur, 123);
   EXPECT_TRUE(s.ImageFormatee.Vide());
   EXPECT_FALSE(ai.Error_GetLast().isEmpty());
+}
+
+// A header alone (ChargerEntete) is decoded at resizing: straight to the
+// output size with Lanczos 3, through the reduced decode for another filter
+// or a grey file; every road gives the size and metadata of a full load.
+TEST_F(AvecImage, UnEnteteSeulEstDecodeAuRedimensionnement) {
+  s.ApnLargCourant = 800;
+  s.ApnHautCourant = 600;
+  s.RatioFormat = 800.0f / 600;
+  QImage motif(3203, 2135, QImage::Format_RGB32);
+  for (int y = 0; y < motif.height(); ++y)
+    for (int x = 0; x < motif.width(); ++x) motif.setPixel(x, y, qRgb(x % 256, y % 256, (x ^ y) % 256));
+  const QString couleur = QDir::current().filePath("couleur.jpg"), gris = QDir::current().filePath("gris.jpg");
+  ASSERT_TRUE(motif.save(couleur, "JPG", 90));
+  ASSERT_TRUE(motif.convertToFormat(QImage::Format_Grayscale8).save(gris, "JPG", 90));
+  for (const auto& [chemin, filtre] : {std::pair{couleur, 3}, {couleur, 1}, {gris, 3}}) {
+    QSize taille;
+    ASSERT_TRUE(ChargerEntete(s, ai, chemin, taille));
+    EXPECT_FALSE(ai.Info_Pixels(s.ImageCourante));
+    EXPECT_EQ(taille, QSize(3203, 2135));
+    EXPECT_TRUE(RemplirSession(s, ai, chemin, taille).isEmpty());
+    EXPECT_EQ(s.LargeurOrigine, 3203);
+    EXPECT_EQ(s.HauteurOrigine, 2135);
+    ASSERT_TRUE(RedimensionnerSession(s, ai, filtre, true)) << ai.Error_GetLast().toStdString();
+    EXPECT_TRUE(ai.Info_Pixels(s.ImageCourante));
+    EXPECT_EQ(s.Largeur, 800) << chemin.toStdString() << " " << filtre;
+    EXPECT_EQ(s.Hauteur, 533);
+    EXPECT_EQ(ai.Info_Width(s.ImageFormatee), 800);
+    EXPECT_EQ(s.LargeurOrigine, 3203);
+  }
 }
 
 struct CasMesure {
