@@ -205,7 +205,15 @@ int Executer(const QStringList& arguments) {
   return 0;
 }
 
-const Enregistrement enregistrement("echantillon", kUsage, Executer, Dessin::Oui);
+const Enregistrement enregistrement(
+    "echantillon", kUsage,
+    {"Dessine la photo de démonstration : une diatomée à côté d'un micromètre objectif, avec l'EXIF d'un "
+     "appareil photo.",
+     {{"--largeur L, --hauteur H", "taille de la photo en pixels (2272 x 1704)"},
+      {"--pix P --mic M", "P pixels pour M microns (400 pour 100)"},
+      {"--fabricant T, --modele T", "fabricant et modèle de l'appareil écrits dans l'EXIF"},
+      {"--focale MM", "focale écrite dans l'EXIF, en mm"}}},
+    Executer, Dessin::Oui);
 
 }  // namespace
 }  // namespace tg::cli

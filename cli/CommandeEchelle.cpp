@@ -106,7 +106,12 @@ int Echelle(const QStringList& arguments) {
   return 0;
 }
 
-const Enregistrement enregistrement("echelle", "echelle FICHIER [--json]", &Echelle);
+const Enregistrement enregistrement(
+    "echelle", "echelle FICHIER [--json]",
+    {"Donne l'échelle qu'une image enregistrée par le programme porte dans son bloc de commentaire "
+     "(EchellePix pixels pour EchelleMic microns, largeur d'origine, réduction, microns par pixel).",
+     {{"--json", "les mêmes valeurs en JSON"}}},
+    &Echelle);
 
 }  // namespace
 

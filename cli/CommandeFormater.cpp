@@ -332,7 +332,32 @@ int Formater(const QStringList& arguments) {
 }
 
 // Fonts and pictures: the one command, with echantillon, that draws.
-const Enregistrement enregistrement("formater", kUsage, Formater, Dessin::Oui);
+const Enregistrement enregistrement(
+    "formater", kUsage,
+    {"La route principale sans fenêtre : charge PHOTO, la redimensionne au format de sortie, ajoute le "
+     "cartouche avec la barre d'échelle d'une table ou d'une échelle saisie, construit l'image finale et "
+     "l'enregistre en JPEG sous le poids maximal. Le bloc de commentaire du fichier porte l'étalonnage.",
+     {{"-o SORTIE.jpg", "le fichier à écrire"},
+      {"--format 0-4", "format de sortie : 0 = 640x480, 1 = 750x562, 2 = 800x600, 3 = 1024x768, "
+                       "4 = 1152x864 (par défaut celui des options du programme)"},
+      {"--filtre 1-4", "redimensionnement : 1 = bilinéaire, 2 = B-Spline, 3 = Lanczos3 (par défaut), "
+                       "4 = bicubique"},
+      {"--cartouche sous|sur", "cartouche sous l'image ou sur l'image"},
+      {"--titre T, --auteur T", "titre et auteur du cartouche"},
+      {"--eclairage T, --provenance T, --preparation T, --coloration T", "champs du cartouche"},
+      {"--date JJ/MM/AAAA", "date de l'observation"},
+      {"--table N --objectif X", "échelle tirée de la table de mesure N pour l'objectif X"},
+      {"--pix P --mic M --objectif X", "échelle saisie : P pixels de la photo pour M microns"},
+      {"--focale F", "avec --table : l'échelle extrapolée à la focale F (mm) de la photo"},
+      {"--longueur L|auto", "longueur de la barre d'échelle ; auto : 1, 2 ou 5 x 10^n microns, la plus "
+                            "longue dans les limites de la barre et un quart de la largeur"},
+      {"--unite um|mm", "unité de la barre"},
+      {"--qualite 1-100|auto", "qualité JPEG (94 par défaut) ; auto : la plus haute sous le poids maximal"},
+      {"--poids-max KO", "poids maximal du fichier en kilo-octets (0 : aucun)"},
+      {"--recadrage X,Y,L,H", "recadre d'abord, en pixels de la photo"},
+      {"--debrider", "avec --recadrage : lève la limite de taille du cadre"},
+      {"--exact", "décode la photo entière avant de la redimensionner (plus lent, même échelle)"}}},
+    Formater, Dessin::Oui);
 
 }  // namespace
 }  // namespace tg::cli

@@ -195,7 +195,18 @@ int Tables(const QStringList& arguments) {
   return 2;
 }
 
-const Enregistrement kTables("tables", kUsage, Tables);
+const Enregistrement kTables(
+    "tables", kUsage,
+    {"Les tables de mesure du dossier du programme ($TESSELLOGRAPHE_HOME, sinon "
+     "~/.local/share/Tessellographe) : les lister, en ajouter une, ou donner l'échelle d'une focale par "
+     "la série de focales d'une table.",
+     {{"lister [--json]", "une table par ligne, ou en JSON"},
+      {"ajouter --modele M --largpix N --micro T --config T --obj X --pix N --mic N [--focale F]",
+       "ajoute une table : appareil M photographiant sur N pixels de large, microscope T en configuration T, "
+       "objectif X, N pixels pour N microns, focale F en mm"},
+      {"extrapoler --table N --focale F [--json]",
+       "l'échelle à la focale F (mm) tirée de la série de focales de la table N"}}},
+    Tables);
 
 }  // namespace
 

@@ -9,6 +9,8 @@
 // all. Only the commands that draw start a GUI application.
 #include <QStringList>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace tg::cli {
 
@@ -17,8 +19,14 @@ using Commande = std::function<int(const QStringList& arguments)>;
 
 enum class Dessin { Non, Oui };
 
+// What `COMMANDE --help` prints after the usage line, and the manual page.
+struct Aide {
+  const char* resume;  // what the command does, in a sentence or two
+  std::vector<std::pair<const char*, const char*>> options;  // option, what it does
+};
+
 struct Enregistrement {
-  Enregistrement(const char* nom, const char* usage, Commande commande, Dessin dessin = Dessin::Non);
+  Enregistrement(const char* nom, const char* usage, Aide aide, Commande commande, Dessin dessin = Dessin::Non);
 };
 
 }  // namespace tg::cli

@@ -11,11 +11,11 @@ namespace tg {
 inline constexpr const char* AdresseForumNaturaliste = "https://www.lenaturaliste.net/forum/";
 inline constexpr const char* AdresseForumDoraisidren = "https://www.doraisidren.fr/forum/";
 
-// The help is a page shipped beside the executable.
+// The help is a page shipped with the program.
 inline constexpr const char* PageAide = "aide/tessellographe.html";
 
 inline QString AdresseAide() {
-  return QUrl::fromLocalFile(DossierExecutable() + QLatin1String(PageAide)).toString();
+  return QUrl::fromLocalFile(DossierDonnees() + QLatin1String(PageAide)).toString();
 }
 
 }  // namespace tg

@@ -30,7 +30,7 @@ frmMain::frmMain(SessionRecord& session, cAdvancedImagery& imagerie, Assembleur 
       s_(session),
       ai_(imagerie),
       assembler_(std::move(assembler)),
-      assistants_(DossierExecutable()) {
+      assistants_(DossierAssistants()) {
   setObjectName(QStringLiteral("frmMain"));
   setWindowTitle(kBienvenue);
   lblBienvenue_ = new QLabel(this);

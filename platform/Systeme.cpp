@@ -3,12 +3,15 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QUrl>
 #include <cmath>
+
+#include "version.h"
 
 namespace tg {
 
@@ -83,5 +86,16 @@ QString DossierDocuments() {
 QString GetTemporyFolderPath() { return AvecSeparateur(QDir::tempPath()); }
 
 QString DossierExecutable() { return AvecSeparateur(QCoreApplication::applicationDirPath()); }
+
+QString DossierInstalle(const QString& dossierExecutable, const QString& relatif) {
+  const QString installe = QDir::cleanPath(AvecSeparateur(dossierExecutable) + relatif);
+  return QFileInfo(installe).isDir() ? AvecSeparateur(installe) : AvecSeparateur(dossierExecutable);
+}
+
+QString DossierAssistants() {
+  return DossierInstalle(DossierExecutable(), QString::fromUtf8(AssistantsRelatif));
+}
+
+QString DossierDonnees() { return DossierInstalle(DossierExecutable(), QString::fromUtf8(DonneesRelatif)); }
 
 }  // namespace tg

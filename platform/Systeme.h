@@ -35,7 +35,16 @@ QString RepApplication();
 // The documents folder, ending with "/".
 QString DossierDocuments();
 QString GetTemporyFolderPath();
-// The folder of the executable, where the update helpers lie. Ends with "/".
+// The folder of the executable. Ends with "/".
 QString DossierExecutable();
+// An installed program's files lie apart from its executable, at a path
+// relative to it (../libexec/tessellographe, ../share/tessellographe); in the
+// build folder they lie beside it. The installed folder when it exists,
+// else `dossierExecutable`. Ends with "/".
+QString DossierInstalle(const QString& dossierExecutable, const QString& relatif);
+// The update helpers and the headless tool's full half.
+QString DossierAssistants();
+// The shipped files: the help page.
+QString DossierDonnees();
 
 }  // namespace tg

@@ -196,3 +196,55 @@ TEST_F(CliFormater, QualiteAutoSousLePoidsMax) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// The tool behaves like a Unix tool: help on standard output with status 0,
+// for the tool and for each command, light or full; nothing on standard error
+// for a good run.
+TEST(CliAide, AideSurLaSortieStandardEtRienSurLErreur) {
+  test::Sortie r = test::Executer(test::Cli(), {"--help"});
+  ASSERT_EQ(r.code, 0);
+  EXPECT_TRUE(r.erreur.isEmpty()) << r.erreur.toStdString();
+  const QString general = QString::fromUtf8(r.sortie);
+  for (const char* commande : {"commentaire", "echantillon", "echelle", "formater", "infos", "tables"})
+    EXPECT_TRUE(general.contains(QStringLiteral("\n  %1\n").arg(QLatin1String(commande)))) << commande;
+  EXPECT_TRUE(general.contains("Statut de sortie :\n  0   fait\n  2   mauvais usage"));
+
+  r = test::Executer(test::Cli(), {"formater", "--help"});
+  ASSERT_EQ(r.code, 0);
+  const QString formater = QString::fromUtf8(r.sortie);
+  EXPECT_TRUE(formater.startsWith("Usage : tessellographe-cli formater PHOTO -o SORTIE.jpg"));
+  // Every option the command takes is explained.
+  for (const char* option : {"-o SORTIE.jpg", "--format 0-4", "--filtre 1-4", "--cartouche", "--titre", "--date",
+                             "--table N", "--pix P", "--focale F", "--longueur", "--unite", "--qualite",
+                             "--poids-max", "--recadrage", "--debrider", "--exact"})
+    EXPECT_TRUE(formater.contains(QStringLiteral("\n  ") + QLatin1String(option))) << option;
+  for (const QString& ligne : formater.split(u'\n')) EXPECT_LE(ligne.size(), 79) << ligne.toStdString();
+
+  // A light command answers from the light tool, after a file name too.
+  r = test::Executer(test::Cli(), {"infos", "photo.jpg", "--help"});
+  ASSERT_EQ(r.code, 0);
+  EXPECT_TRUE(r.sortie.startsWith("Usage : tessellographe-cli infos FICHIER"));
+
+  const QString photo = QDir::current().filePath("aide.jpg"), sortie = QDir::current().filePath("aide-sortie.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", photo}).code, 0);
+  r = test::Executer(test::Cli(), {"formater", photo, "-o", sortie, "--pix", "400", "--mic", "100", "--objectif", "40"},
+                     {"XDG_RUNTIME_DIR="});
+  ASSERT_EQ(r.code, 0);
+  EXPECT_TRUE(r.erreur.isEmpty()) << r.erreur.toStdString();
+  r = test::Executer(test::Cli(), {"echelle", sortie}, {"XDG_RUNTIME_DIR="});
+  ASSERT_EQ(r.code, 0);
+  EXPECT_TRUE(r.erreur.isEmpty()) << r.erreur.toStdString();
+  EXPECT_TRUE(r.sortie.contains("MicronsParPixel=0"));
+
+  // A bad usage still goes to standard error with status 2.
+  r = test::Executer(test::Cli(), {"formater"});
+  EXPECT_EQ(r.code, 2);
+  EXPECT_TRUE(r.sortie.isEmpty());
+  EXPECT_TRUE(r.erreur.startsWith("Usage : tessellographe-cli formater"));
+}
+
+}  // namespace
+}  // namespace tg

@@ -65,6 +65,23 @@ TEST(Dossiers, DocumentsEtTemporaireFinissentParUnSeparateur) {
   EXPECT_TRUE(DossierExecutable().endsWith('/'));
 }
 
+// Installed, the helpers and the help page lie at a path relative to the
+// executable; in the build folder, beside it.
+TEST(Dossiers, InstallesSinonBesideLExecutable) {
+  const QString racine = QDir::currentPath() + "/prefixe";
+  ASSERT_TRUE(QDir().mkpath(racine + "/bin"));
+  EXPECT_EQ(DossierInstalle(racine + "/bin", "../libexec/tessellographe"), racine + "/bin/");
+  ASSERT_TRUE(QDir().mkpath(racine + "/libexec/tessellographe"));
+  EXPECT_EQ(DossierInstalle(racine + "/bin/", "../libexec/tessellographe"), racine + "/libexec/tessellographe/");
+  // A file of that name is no folder.
+  QFile f(racine + "/bin/donnees");
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.close();
+  EXPECT_EQ(DossierInstalle(racine + "/bin", "donnees"), racine + "/bin/");
+  // The build folder has no such folder: the help page is found beside the program.
+  EXPECT_EQ(DossierDonnees(), DossierExecutable());
+}
+
 TEST(Lancement, ProgrammeLanceAvecSesArgumentsIntacts) {
   const QString sortie = QDir::currentPath() + "/sortie.txt";
   ASSERT_TRUE(Systeme().LancerProgramme(

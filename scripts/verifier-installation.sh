@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Installs a build in a temporary prefix and checks it from its installed
+# place: the headless tool answers (its full half found among the helpers),
+# a good run writes nothing on standard error, the help and the manual pages
+# read, the desktop entry and the AppStream file pass their validators, every
+# installed file where a desktop expects it.
+# Usage: scripts/verifier-installation.sh BUILD [PREFIXE]
+set -euo pipefail
+build="$(realpath "$1")"
+prefixe="${2:-$(mktemp -d "${TMPDIR:-/tmp}/installation-XXXXXX")}"
+dossier="$(mktemp -d "${TMPDIR:-/tmp}/essai-installation-XXXXXX")"
+trap 'rm -rf "$dossier"; [ -n "${2:-}" ] || rm -rf "$prefixe"' EXIT
+echec() { echo "ÉCHEC : $*" >&2; exit 1; }
+
+cmake --install "$build" --prefix "$prefixe" >/dev/null
+id=fr.tessellographe.Tessellographe
+for f in bin/tessellographe bin/tessellographe-cli \
+         libexec/tessellographe/tessellographe-cli-complet libexec/tessellographe/TG_Kill \
+         libexec/tessellographe/Tg_Update libexec/tessellographe/TG_CheckUpdate \
+         share/tessellographe/aide/tessellographe.html share/applications/$id.desktop \
+         share/metainfo/$id.metainfo.xml share/icons/hicolor/scalable/apps/$id.svg \
+         share/man/man1/tessellographe.1 share/man/man1/tessellographe-cli.1; do
+  [ -e "$prefixe/$f" ] || echec "$f n'est pas installé"
+done
+
+cli="$prefixe/bin/tessellographe-cli"
+"$cli" --version | grep -qx "Tessellographe [0-9.]*" || echec "--version"
+cd "$dossier"
+export TESSELLOGRAPHE_HOME="$dossier/programme" HOME="$dossier"
+unset XDG_RUNTIME_DIR
+"$cli" echantillon photo.jpg >/dev/null 2>erreurs || echec "echantillon"
+"$cli" formater photo.jpg -o sortie.jpg --pix 400 --mic 100 --objectif 40 >/dev/null 2>>erreurs || echec "formater"
+"$cli" echelle sortie.jpg >echelle.txt 2>>erreurs || echec "echelle"
+grep -q "^MicronsParPixel=0[.,]71" echelle.txt || echec "échelle lue : $(cat echelle.txt)"
+[ ! -s erreurs ] || echec "la sortie d'erreur n'est pas vide : $(cat erreurs)"
+"$cli" formater --help | grep -q -- "--poids-max KO" || echec "formater --help"
+
+man -l "$prefixe/share/man/man1/tessellographe-cli.1" 2>man-erreurs | grep -q "STATUT DE SORTIE" || echec "man tessellographe-cli"
+man -l "$prefixe/share/man/man1/tessellographe.1" 2>>man-erreurs | grep -q "tessellographe-cli" || echec "man tessellographe"
+[ ! -s man-erreurs ] || echec "avertissements de man : $(cat man-erreurs)"
+desktop-file-validate "$prefixe/share/applications/$id.desktop" >validation 2>&1 || true
+[ ! -s validation ] || echec "desktop-file-validate : $(cat validation)"
+appstreamcli validate --no-net "$prefixe/share/metainfo/$id.metainfo.xml" >/dev/null || echec "appstreamcli validate"
+echo "Installation vérifiée dans $prefixe"
