@@ -4,15 +4,19 @@
 # a good run writes nothing on standard error, the help and the manual pages
 # read, the desktop entry and the AppStream file pass their validators, every
 # installed file where a desktop expects it.
-# Usage: scripts/verifier-installation.sh BUILD [PREFIXE]
+# Usage: scripts/verifier-installation.sh BUILD
+#        scripts/verifier-installation.sh --prefixe PREFIXE   (already installed there)
 set -euo pipefail
-build="$(realpath "$1")"
-prefixe="${2:-$(mktemp -d "${TMPDIR:-/tmp}/installation-XXXXXX")}"
 dossier="$(mktemp -d "${TMPDIR:-/tmp}/essai-installation-XXXXXX")"
-trap 'rm -rf "$dossier"; [ -n "${2:-}" ] || rm -rf "$prefixe"' EXIT
+if [ "$1" = --prefixe ]; then
+  prefixe="$(realpath "$2")"
+  trap 'rm -rf "$dossier"' EXIT
+else
+  prefixe="$(mktemp -d "${TMPDIR:-/tmp}/installation-XXXXXX")"
+  trap 'rm -rf "$dossier" "$prefixe"' EXIT
+  cmake --install "$(realpath "$1")" --prefix "$prefixe" >/dev/null
+fi
 echec() { echo "ÉCHEC : $*" >&2; exit 1; }
-
-cmake --install "$build" --prefix "$prefixe" >/dev/null
 id=fr.tessellographe.Tessellographe
 for f in bin/tessellographe bin/tessellographe-cli \
          libexec/tessellographe/tessellographe-cli-complet libexec/tessellographe/TG_Kill \
