@@ -3,6 +3,8 @@
 #include <QFont>
 #include <QFontInfo>
 #include <QStringList>
+#include <cstdio>
+#include <cstring>
 
 #include "core/Session.h"
 #include "core/SessionRecord.h"
@@ -32,6 +34,21 @@ void SubstituerPolices() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Answered before any window, as a Unix program does.
+  if (argc == 2 && (std::strcmp(argv[1], "--version") == 0 || std::strcmp(argv[1], "--help") == 0)) {
+    if (argv[1][2] == 'v') {
+      std::printf("%s %s\n", tg::TitreProgramme, tg::VersionTexte);
+    } else {
+      std::printf(
+          "Usage : tessellographe [PHOTO]\n\n"
+          "Prépare les photomicrographies pour la publication : format de sortie,\n"
+          "étalonnage, cartouche avec barre d'échelle, mesures, annotations, filtres,\n"
+          "recadrage, JPEG sous le poids maximal.\n"
+          "PHOTO (JPEG, BMP, PNG, GIF, PSD, PCD ou TIFF) est ouverte au démarrage.\n"
+          "Sans fenêtre : tessellographe-cli --help. Manuel : man tessellographe.\n");
+    }
+    return 0;
+  }
   tg::FiltrerMessagesQt();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QLatin1String(tg::TitreProgramme));

@@ -29,6 +29,7 @@ done
 
 cli="$prefixe/bin/tessellographe-cli"
 "$cli" --version | grep -qx "Tessellographe [0-9.]*" || echec "--version"
+"$prefixe/bin/tessellographe" --version | grep -qx "Tessellographe [0-9.]*" || echec "tessellographe --version"
 cd "$dossier"
 export TESSELLOGRAPHE_HOME="$dossier/programme" HOME="$dossier"
 unset XDG_RUNTIME_DIR
