@@ -4,6 +4,7 @@
 // ControleImage, resize, cartouche, final picture, trial save, copy.
 #include <QApplication>
 #include <QFile>
+#include <QThread>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDate>
@@ -21,6 +22,7 @@
 #include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
 #include "cli/Console.h"
+#include "cli/SerieFormater.h"
 #include "core/Chargement.h"
 #include "core/Enregistrement.h"
 #include "core/Formats.h"
@@ -36,7 +38,7 @@ namespace tg::cli {
 namespace {
 
 const char* const kUsage =
-    "formater PHOTO -o SORTIE.jpg [--format 0-4] [--filtre 1-4] [--cartouche sous|sur] "
+    "formater PHOTO -o SORTIE.jpg | formater PHOTO... -d DOSSIER [--taches N] [--format 0-4] [--filtre 1-4] [--cartouche sous|sur] "
     "[--titre T] [--auteur T] [--eclairage T] [--provenance T] [--preparation T] "
     "[--coloration T] [--date JJ/MM/AAAA] [--table N --objectif X | --pix P --mic M "
     "--objectif X] [--longueur L|auto] [--unite um|mm] [--qualite 1-100|auto] [--poids-max KO] "
@@ -120,7 +122,7 @@ int Formater(const QStringList& arguments) {
       "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
       "--date",      "--table",      "--objectif",   "--pix",       "--mic",
-      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale"};
+      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale", "-d", "--taches"};
   static const QStringList drapeaux = {"--debrider", "--exact"};
   Options o;
   QStringList fichiers;
@@ -137,10 +139,13 @@ int Formater(const QStringList& arguments) {
       fichiers << a;
     }
   }
+  const bool serie = o.A("-d");
+  if (!serie && o.A("--taches")) return Usage(QStringLiteral("--taches va avec -d"));
+  if (serie && (o.A("-o") || fichiers.isEmpty())) return Usage(QStringLiteral("-d va avec une ou plusieurs photos, sans -o"));
   if (o.A("-o")) fichiers << o.V("-o");
-  if (fichiers.size() != 2) return Usage(QString());
+  if (!serie && fichiers.size() != 2) return Usage(QString());
   o.photo = fichiers[0];
-  o.sortie = fichiers[1];
+  if (!serie) o.sortie = fichiers[1];
 
   int format = -1, filtre = 3, qualite = 94, poidsMax = -1;
   if (!Entier(o, "--format", 0, 4, format) || !Entier(o, "--filtre", 1, 4, filtre) ||
@@ -180,6 +185,24 @@ int Formater(const QStringList& arguments) {
     const QRegularExpressionMatch m = jma.match(o.V("--date"));
     if (!m.hasMatch()) return Usage(QStringLiteral("--date : JJ/MM/AAAA"));
     date = {m.captured(1), m.captured(2), m.captured(3)};
+  }
+
+  if (serie) {
+    // Every option but the photos and the folder goes to each photo's run.
+    QStringList communes;
+    for (int i = 0; i < arguments.size(); ++i) {
+      if (arguments[i] == u"-d" || arguments[i] == u"--taches") {
+        ++i;
+      } else if (avecValeur.contains(arguments[i])) {
+        communes << arguments[i] << arguments[i + 1];
+        ++i;
+      } else if (arguments[i].startsWith(u"--")) {
+        communes << arguments[i];
+      }
+    }
+    int taches = QThread::idealThreadCount();
+    if (!Entier(o, "--taches", 1, 64, taches)) return Usage(QStringLiteral("--taches : de 1 à 64"));
+    return FormaterSerie(fichiers, o.V("-d"), communes, taches);
   }
 
   DialoguesConsole dialogues(true);
@@ -325,7 +348,8 @@ int Formater(const QStringList& arguments) {
   if (!CopierResultat(o.sortie))
     return Refus("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie);
   Etape("essai et copie");
-  AvancerNumeroImage(s);
+  // In a series, the numbers were taken by the series.
+  if (qEnvironmentVariableIsEmpty("TESSELLOGRAPHE_SERIE")) AvancerNumeroImage(s);
   Ligne(QFileInfo(o.sortie).absoluteFilePath() + " : " + QString::number(s.Largeur) + " x " +
         QString::number(s.Hauteur) + ", " + TexteReel(r.poids, s.SeparateurDecimal) + " ko");
   return 0;
@@ -338,6 +362,10 @@ const Enregistrement enregistrement(
      "cartouche avec la barre d'échelle d'une table ou d'une échelle saisie, construit l'image finale et "
      "l'enregistre en JPEG sous le poids maximal. Le bloc de commentaire du fichier porte l'étalonnage.",
      {{"-o SORTIE.jpg", "le fichier à écrire"},
+      {"-d DOSSIER", "une série : chaque PHOTO est formatée avec les mêmes options dans DOSSIER, sous le nom "
+                     "que la boîte d'enregistrement donnerait, sur tous les cœurs ; une photo refusée est "
+                     "signalée et les autres sont enregistrées (statut 3 s'il y en a une)"},
+      {"--taches N", "avec -d : N photos à la fois (par défaut autant que de cœurs)"},
       {"--format 0-4", "format de sortie : 0 = 640x480, 1 = 750x562, 2 = 800x600, 3 = 1024x768, "
                        "4 = 1152x864 (par défaut celui des options du programme)"},
       {"--filtre 1-4", "redimensionnement : 1 = bilinéaire, 2 = B-Spline, 3 = Lanczos3 (par défaut), "

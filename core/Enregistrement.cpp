@@ -1,6 +1,7 @@
 #include "core/Enregistrement.h"
 
 #include <QFile>
+#include <QDir>
 #include <QFileInfo>
 
 #include "core/modMain.h"
@@ -13,7 +14,13 @@
 
 namespace tg {
 
-QString CheminResultat() { return RepApplication() + QStringLiteral("resultat.jpg"); }
+QString CheminResultat() {
+  // A photo of a series run by the headless tool has its trials apart, as
+  // the photos run side by side.
+  const QString serie = qEnvironmentVariable("TESSELLOGRAPHE_SERIE");
+  if (!serie.isEmpty()) return QDir(serie).filePath(QStringLiteral("resultat.jpg"));
+  return RepApplication() + QStringLiteral("resultat.jpg");
+}
 
 int PoidsKo(qint64 octets) { return int(VersEntier(double(octets) / 1024.0)) + 1; }
 

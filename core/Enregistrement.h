@@ -18,6 +18,7 @@ constexpr int IndexQualiteDefaut = 4;
 
 // The trial file: always named resultat.jpg, in the program's folder, even
 // when it holds a BMP or a TIFF.
+// RepApplication()'s resultat.jpg, or that of $TESSELLOGRAPHE_SERIE when set.
 QString CheminResultat();
 
 // Weight in ko of a file of `octets` bytes: the quotient by 1024 rounded to

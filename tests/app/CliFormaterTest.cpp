@@ -248,3 +248,78 @@ TEST(CliAide, AideSurLaSortieStandardEtRienSurLErreur) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// A series: every photo with the same table, into one folder, under the names
+// the save dialog gives; an unreadable file is reported and the others are
+// saved; a name already taken in the folder is not overwritten.
+TEST_F(CliFormater, SerieDansUnDossier) {
+  QStringList photos;
+  for (int i = 1; i <= 12; ++i) {
+    const QString copie = QDir::current().filePath(QStringLiteral("serie%1.jpg").arg(i, 2, 10, QChar(u'0')));
+    ASSERT_TRUE(QFile::copy(photo, copie));
+    photos << copie;
+  }
+  const QString abime = QDir::current().filePath("abime.jpg");
+  QFile f(abime);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write("pas une image");
+  f.close();
+  photos.insert(5, abime);
+  const QString dossier = QDir::current().filePath("serie");
+  const QStringList options = {"--table", "1", "--objectif", "40", "--titre", "Navicula sp."};
+  test::Sortie r = test::Executer(test::Cli(), QStringList{"formater"} + photos + QStringList{"-d", dossier} + options);
+  EXPECT_EQ(r.code, 3);
+  const QString sortie = Texte(r.sortie), erreurs = Texte(r.erreur);
+  EXPECT_TRUE(sortie.contains("13 photo(s) : 12 enregistrée(s), 1 refusée(s)")) << sortie.toStdString();
+  EXPECT_EQ(sortie.count(QRegularExpression("^\\d+/13 serie\\d\\d\\.jpg : .*800 x 660", QRegularExpression::MultilineOption)), 12)
+      << sortie.toStdString();
+  EXPECT_TRUE(erreurs.contains(QRegularExpression("\\d+/13 abime\\.jpg : refusée : Le fichier « abime\\.jpg »")))
+      << erreurs.toStdString();
+  // The title names the files; its second and further uses are numbered, in
+  // the photos' order: the refused sixth leaves its name unused.
+  QStringList attendus{"navicula_sp.jpg"};
+  for (int i = 2; i <= 13; ++i)
+    if (i != 6) attendus << QStringLiteral("navicula_sp_%1.jpg").arg(i);
+  QStringList faits = QDir(dossier).entryList(QDir::Files);
+  attendus.sort();
+  faits.sort();
+  EXPECT_EQ(faits.join(u' ').toStdString(), attendus.join(u' ').toStdString());
+  for (const QString& nom : faits) {
+    const QJsonObject e = Echelle(QDir(dossier).filePath(nom));
+    EXPECT_NEAR(e["MicronsParPixel"].toDouble(), 0.71, 0.0001) << nom.toStdString();
+  }
+
+  // Numbered names from NextNumberImage on, the numbers taken by the series;
+  // a name already in the folder is refused, not overwritten.
+  const QString config = RepApplication() + "UserConfig.ini";
+  EcrireIni("General", "TitreImage", "0", config);
+  EcrireIni("General", "NomFichImage", "forum_", config);
+  EcrireIni("General", "NextNumberImage", "8", config);
+  QFile pris(QDir(dossier).filePath("forum_009.jpg"));
+  ASSERT_TRUE(pris.open(QIODevice::WriteOnly));
+  pris.write("déjà là");
+  pris.close();
+  r = test::Executer(test::Cli(), {"formater", photos[0], photos[1], photos[2], "-d", dossier, "--taches", "1",
+                                   "--pix", "400", "--mic", "100", "--objectif", "40"});
+  EXPECT_EQ(r.code, 3);
+  EXPECT_TRUE(Texte(r.sortie).startsWith("1/3 serie01.jpg : " + QDir(dossier).filePath("forum_008.jpg")))
+      << r.sortie.toStdString();
+  EXPECT_TRUE(Texte(r.erreur).contains("2/3 serie02.jpg : refusée : le fichier « " + QDir(dossier).filePath("forum_009.jpg") +
+                                       " » existe déjà."))
+      << r.erreur.toStdString();
+  EXPECT_TRUE(QFileInfo(QDir(dossier).filePath("forum_010.jpg")).isFile());
+  QFile relu(QDir(dossier).filePath("forum_009.jpg"));
+  ASSERT_TRUE(relu.open(QIODevice::ReadOnly));
+  EXPECT_EQ(relu.readAll(), QByteArray("déjà là"));
+  EXPECT_EQ(LireIni("General", "NextNumberImage", config, ""), "11");
+
+  // Bad usage: a series with -o, a number of tasks without a series.
+  EXPECT_EQ(test::Executer(test::Cli(), {"formater", photo, "-d", dossier, "-o", cible}).code, 2);
+  EXPECT_EQ(test::Executer(test::Cli(), {"formater", photo, "-o", cible, "--taches", "2"}).code, 2);
+}
+
+}  // namespace
+}  // namespace tg
