@@ -329,9 +329,16 @@ int Formater(const QStringList& arguments) {
   if (!s.ImageFinale || s.Etape != 3) return Refus(QStringLiteral("Image finale non construite"));
 
   Etape("cartouche et image finale");
-  // Saving, as frmEnregistrer does it.
+  // Saving, as frmEnregistrer does it, in the format the name's extension
+  // names; the weight limit and the quality are the JPEG's.
+  const QString extension = QFileInfo(o.sortie).suffix().toLower();
+  const int enregistrement = extension == u"tif" || extension == u"tiff" ? EnrTIFF
+                             : extension == u"bmp"                       ? EnrBMP
+                                                                         : EnrJPEG;
   ResultatEssai r;
-  if (o.V("--qualite") == u"auto") {
+  if (enregistrement != EnrJPEG) {
+    r = PreparerResultat(s, ai, enregistrement, 0);
+  } else if (o.V("--qualite") == u"auto") {
     // The highest quality within the weight limit.
     const ResultatQualite q = MeilleureQualite(s, ai, qualite);
     for (const QString& e : q.essai.erreurs) Ligne(e, stderr);
@@ -344,7 +351,8 @@ int Formater(const QStringList& arguments) {
   }
   for (const QString& e : r.erreurs) Ligne(e, stderr);
   if (!r.erreurs.isEmpty()) return 3;
-  if (s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax)) return Refus(TexteTropLourd(s.PoidsMax));
+  if (enregistrement == EnrJPEG && s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax))
+    return Refus(TexteTropLourd(s.PoidsMax));
   if (!CopierResultat(o.sortie))
     return Refus("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie);
   Etape("essai et copie");
@@ -361,7 +369,9 @@ const Enregistrement enregistrement(
     {"La route principale sans fenêtre : charge PHOTO, la redimensionne au format de sortie, ajoute le "
      "cartouche avec la barre d'échelle d'une table ou d'une échelle saisie, construit l'image finale et "
      "l'enregistre en JPEG sous le poids maximal. Le bloc de commentaire du fichier porte l'étalonnage.",
-     {{"-o SORTIE.jpg", "le fichier à écrire"},
+     {{"-o SORTIE.jpg", "le fichier à écrire : JPEG, ou TIFF (.tif, .tiff) ou BMP (.bmp) sans bloc de "
+                         "commentaire ni poids maximal ; l'échelle y est écrite en pixels par centimètre, là où "
+                         "les autres programmes la lisent"},
       {"-d DOSSIER", "une série : chaque PHOTO est formatée avec les mêmes options dans DOSSIER, sous le nom "
                      "que la boîte d'enregistrement donnerait, sur tous les cœurs ; une photo refusée est "
                      "signalée et les autres sont enregistrées (statut 3 s'il y en a une)"},

@@ -6,6 +6,7 @@
 
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "metadata/Resolution.h"
 #include "platform/Fichiers.h"
 #include "platform/Ini.h"
 #include "platform/Nombres.h"
@@ -36,6 +37,24 @@ QString CompleterQualite(const QString& commentaire, int qualite) {
   return r.replace(QStringLiteral("QualiteJpg="), "QualiteJpg=" + QString::number(qualite));
 }
 
+double PixelsParCm(const SessionRecord& s) {
+  double pixels = 0, longueur = 0;
+  if (!LireNombre(s.EchellePix, pixels) || !LireNombre(s.EchelleMic, longueur) || !(pixels > 0) || !(longueur > 0))
+    return 0;
+  const double microns = longueur * (s.UniteEtalon == u"mm" ? 1000.0 : 1.0);
+  return pixels * 10000.0 / microns;
+}
+
+namespace {
+// The scale written where other programs read it, after the picture is
+// encoded; a failure is one more error of the trial.
+void EcrireEchelle(const SessionRecord& s, const QString& chemin, QStringList& erreurs) {
+  const double pixelsParCm = PixelsParCm(s);
+  QString erreur;
+  if (pixelsParCm > 0 && !meta::EcrireResolution(chemin, pixelsParCm, &erreur)) erreurs << "Error - " + erreur;
+}
+}  // namespace
+
 ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int format, int qualite) {
   ResultatEssai r;
   const QString chemin = CheminResultat();
@@ -47,6 +66,7 @@ ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int forma
     if (!ai.IO_LoadImage(chemin, relu)) echec();
     if (!ai.Metadata_Set_Comments(relu, r.commentaire)) echec();
     if (!ai.IO_SaveImage(relu, chemin, FormatJPEG, qualite)) echec();
+    else EcrireEchelle(s, chemin, r.erreurs);
     ai.IO_DestroyBitmap(relu);
   } else {
     // These formats carry no comment block: a copy without it is written, so
@@ -54,7 +74,10 @@ ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int forma
     Bitmap copie;
     if (!ai.IO_Copy(s.ImageCourante, copie)) echec();
     if (!copie.Vide() && !ai.Metadata_Set_Comments(copie, QString())) echec();
+    // The BMP header carries pixels per metre; the TIFF gets its tags after.
+    if (!copie.Vide() && PixelsParCm(s) > 0) ai.Info_SetResolution(copie, PixelsParCm(s) * 100);
     if (!ai.IO_SaveImage(copie, chemin, format == EnrBMP ? FormatBMP : FormatTIFF, 0)) echec();
+    else if (format == EnrTIFF) EcrireEchelle(s, chemin, r.erreurs);
     ai.IO_DestroyBitmap(copie);
   }
   r.poids = float(PoidsKo(QFileInfo(chemin).size()));
@@ -86,6 +109,7 @@ ResultatQualite MeilleureQualite(SessionRecord& s, cAdvancedImagery& ai, int qua
     ++q.essais;
     if (!ai.Metadata_Set_Comments(relu, CompleterQualite(s.CommentaireImage, qualite))) echec();
     if (!ai.IO_SaveImage(relu, nomEssai(qualite), FormatJPEG, qualite)) echec();
+    else EcrireEchelle(s, nomEssai(qualite), q.essai.erreurs);
     return PoidsAccepte(float(PoidsKo(QFileInfo(nomEssai(qualite)).size())), s.PoidsMax);
   };
   int meilleure = 0;

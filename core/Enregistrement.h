@@ -18,6 +18,11 @@ constexpr int IndexQualiteDefaut = 4;
 
 // The trial file: always named resultat.jpg, in the program's folder, even
 // when it holds a BMP or a TIFF.
+// Pixels per centimetre of the final picture's scale (EchellePix pixels for
+// EchelleMic in UniteEtalon), 0 without one. Every save writes it where other
+// programs read it: EXIF and JFIF, TIFF tags, the BMP header.
+double PixelsParCm(const SessionRecord& s);
+
 // RepApplication()'s resultat.jpg, or that of $TESSELLOGRAPHE_SERIE when set.
 QString CheminResultat();
 

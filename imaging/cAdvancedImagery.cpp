@@ -322,6 +322,14 @@ bool cAdvancedImagery::IO_LoadImageRedimensionnee(const QString& chemin, int lar
   return true;
 }
 
+bool cAdvancedImagery::Info_SetResolution(Bitmap& image, double pixelsParMetre) {
+  if (!Valide(image)) return false;
+  const unsigned valeur = unsigned(std::lround(std::clamp(pixelsParMetre, 0.0, 4e9)));
+  FreeImage_SetDotsPerMeterX(image.Get(), valeur);
+  FreeImage_SetDotsPerMeterY(image.Get(), valeur);
+  return true;
+}
+
 bool cAdvancedImagery::Info_Pixels(const Bitmap& image) const {
   return !image.Vide() && FreeImage_HasPixels(image.Get());
 }

@@ -105,6 +105,9 @@ class cAdvancedImagery {
                                   Bitmap& sortie);
   // False for an empty bitmap or a header alone.
   bool Info_Pixels(const Bitmap& image) const;
+  // The resolution saved with the picture (BMP header, JFIF, TIFF), in pixels
+  // per metre, rounded.
+  bool Info_SetResolution(Bitmap& image, double pixelsParMetre);
   // Info_ALL of a file from its header where the format allows it, without
   // decoding the picture.
   bool Info_File(const QString& chemin, InfosImage& infos);

@@ -123,6 +123,7 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
   exif_.reset();
   segmentsExif_.clear();
   jfif_ = CJFIF();
+  segmentJfif_ = -1;
   iptc_ = CIPTC();
   commentaire_ = CJPEGComment();
   for (const CMarker& m : parcours_.segments) {
@@ -141,7 +142,11 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
         break;
       }
       case kAPP0:
-        jfif_.ReadJFIF(source_, m);
+        // The first JFIF segment is the one readers take.
+        if (!jfif_.Present) {
+          jfif_.ReadJFIF(source_, m);
+          if (jfif_.Present) segmentJfif_ = m.lpData;
+        }
         break;
       case kCOM:
         commentaire_.ReadComment(source_, m);
@@ -154,6 +159,7 @@ void CJPEG::LireOctets(const QByteArray& fichier, const QString& path) {
   iptcLu_.clear();
   iptc_.Donnees(iptcLu_, nullptr);
   commentaireLu_ = commentaire_.Texte();
+  jfifLu_ = {jfif_.unit, jfif_.Xdensity, jfif_.Ydensity};
   if (!exif_) {
     exif_ = std::make_unique<CExifJPEG>();
     exif_->SetFile(path);
@@ -303,6 +309,15 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
     commentaire = e.donnees();
   }
 
+  // The JFIF density changes in place: the segment keeps its length.
+  const std::array<int, 3> jfif = {jfif_.unit, jfif_.Xdensity, jfif_.Ydensity};
+  const bool jfifChange = segmentJfif_ >= 0 && jfif != jfifLu_;
+  if (jfifChange && (jfif_.unit < 0 || jfif_.unit > 2 || jfif_.Xdensity < 0 || jfif_.Xdensity > 0xFFFF ||
+                     jfif_.Ydensity < 0 || jfif_.Ydensity > 0xFFFF)) {
+    if (erreur) *erreur = QStringLiteral("Densité JFIF hors limites : unité 0 à 2, densités 0 à 65535.");
+    return false;
+  }
+
   const std::vector<CMarker>& segments = parcours_.segments;
   const bool exifEnPlace = exifChange && !segmentsExif_.empty();
   const bool iptcEnPlace = iptcChange && !iptc_.SegmentsLus().empty();
@@ -348,6 +363,15 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
     } else if (commentaireEnPlace && m.Marker == kCOM) {
       if (!commentaireEcrit) ajouterPropre(commentaire);
       commentaireEcrit = true;
+    } else if (jfifChange && m.lpData == segmentJfif_) {
+      // FF E0, length, "JFIF\0", version: the unit and densities follow.
+      QByteArray segment(source + debut, m.Length);
+      segment[11] = char(jfif_.unit);
+      segment[12] = char(jfif_.Xdensity >> 8);
+      segment[13] = char(jfif_.Xdensity & 0xFF);
+      segment[14] = char(jfif_.Ydensity >> 8);
+      segment[15] = char(jfif_.Ydensity & 0xFF);
+      ajouterPropre(segment);
     } else {
       if (EstMPF(source + debut, m.Length)) mpf.push_back({morceaux.size(), position, debut});
       ajouter(source + debut, m.Length);  // the walk checked the bounds

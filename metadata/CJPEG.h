@@ -2,6 +2,7 @@
 // A JPEG file split into its segments, and the objects of the segments the
 // library reads: JFIF (APP0), the comment (COM), EXIF (APP1).
 #include <QByteArray>
+#include <array>
 #include <QFile>
 #include <QIODevice>
 #include <QString>
@@ -46,6 +47,8 @@ class CJFIF {
   int Xdensity = 0, Ydensity = 0;
   int Xthumbnail = 0, Ythumbnail = 0;
   int unit = 0;  // 0 pixels, 1 dots per inch, 2 dots per centimetre
+  // The unit and densities may be changed: the writer puts them in the
+  // segment read, whose length does not change. The rest stays as read.
   bool Present = false;
 
   // Xthumbnail x Ythumbnail bytes (the first third of an RGB thumbnail).
@@ -134,6 +137,8 @@ class CJPEG : public CFormatImage {
   CJFIF jfif_;
   CJPEGComment commentaire_;
   QString commentaireLu_;  // the text as read, to tell whether it changed
+  int64_t segmentJfif_ = -1;     // lpData of the JFIF segment read, -1 without one
+  std::array<int, 3> jfifLu_{};  // its unit and densities as read
   int descripteurSource_ = -1;
   QByteArray iptcLu_;      // the datasets as read, as bytes
 };

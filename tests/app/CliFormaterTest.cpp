@@ -6,13 +6,16 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <cmath>
+#include <cstring>
 
 #include "imaging/cAdvancedImagery.h"
+#include "metadata/CImage.h"
 #include "platform/Ini.h"
 #include "platform/Systeme.h"
 #include "tests/app/Outils.h"
@@ -319,6 +322,94 @@ TEST_F(CliFormater, SerieDansUnDossier) {
   // Bad usage: a series with -o, a number of tasks without a series.
   EXPECT_EQ(test::Executer(test::Cli(), {"formater", photo, "-d", dossier, "-o", cible}).code, 2);
   EXPECT_EQ(test::Executer(test::Cli(), {"formater", photo, "-o", cible, "--taches", "2"}).code, 2);
+}
+
+}  // namespace
+}  // namespace tg
+
+namespace tg {
+namespace {
+
+// exiftool's view of a file, -G1 -a -n, as a JSON object.
+QJsonObject Exiftool(const QString& chemin) {
+  const test::Sortie r = test::Executer("exiftool", {"-j", "-G1", "-a", "-n", "-XResolution", "-YResolution",
+                                                    "-ResolutionUnit", "-ImageDescription", "-Warning", chemin});
+  EXPECT_EQ(r.code, 0) << r.erreur.toStdString();
+  return QJsonDocument::fromJson(r.sortie).array().at(0).toObject();
+}
+
+// IFD0's XResolution as its two terms, read back by the metadata library.
+std::pair<uint32_t, uint32_t> Rationnel(const QString& chemin) {
+  meta::CImage image;
+  EXPECT_TRUE(image.ReadImage(chemin));
+  meta::CExif* x = image.JPEG() ? static_cast<meta::CExif*>(image.JPEG()->EXIF())
+                                : static_cast<meta::CExif*>(&image.TIFF()->EXIF());
+  const meta::CExifDirEnt* e = x->ifd(0) ? x->ifd(0)->Trouver(0x011A) : nullptr;
+  if (e == nullptr || e->GetData().size() != 8) return {0, 0};
+  uint32_t n = 0, d = 0;
+  std::memcpy(&n, e->GetData().constData(), 4);
+  std::memcpy(&d, e->GetData().constData() + 4, 4);
+  return {n, d};
+}
+
+// The scale where other programs read it: EXIF and JFIF for a JPEG (no JFIF
+// density when it does not fit), the TIFF tags, the BMP header; the format
+// by the output name's extension.
+TEST_F(CliFormater, LEchelleEnPixelsParCentimetrePourLesAutresProgrammes) {
+  const QString petite = QDir::current().filePath("petite.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", petite, "--largeur", "800", "--hauteur", "600"}).code, 0);
+  const auto formater = [&](const QString& sortie, const char* pixels) {
+    const test::Sortie r = test::Executer(test::Cli(), {"formater", petite, "-o", sortie, "--format", "2", "--pix",
+                                                        pixels, "--mic", "100", "--objectif", "40"});
+    EXPECT_EQ(r.code, 0) << r.erreur.toStdString();
+  };
+  // 400 pixels for 100 microns at 800 wide: 0.25 µm a pixel, 40000 pixels a cm.
+  const QString jpeg = QDir::current().filePath("quart.jpg");
+  formater(jpeg, "400");
+  QJsonObject e = Exiftool(jpeg);
+  EXPECT_EQ(e["IFD0:XResolution"].toDouble(), 40000);
+  EXPECT_EQ(e["IFD0:YResolution"].toDouble(), 40000);
+  EXPECT_EQ(e["IFD0:ResolutionUnit"].toInt(), 3);
+  EXPECT_EQ(e["JFIF:ResolutionUnit"].toInt(), 2);
+  EXPECT_EQ(e["JFIF:XResolution"].toDouble(), 40000);
+  EXPECT_EQ(e["JFIF:YResolution"].toDouble(), 40000);
+  EXPECT_FALSE(e.contains("ExifTool:Warning")) << e["ExifTool:Warning"].toString().toStdString();
+  EXPECT_EQ(Rationnel(jpeg), std::make_pair(40000u, 1u));
+  EXPECT_NEAR(Echelle(jpeg)["MicronsParPixel"].toDouble(), 0.25, 1e-9);
+
+  const QString tiff = QDir::current().filePath("quart.tif");
+  formater(tiff, "400");
+  e = Exiftool(tiff);
+  EXPECT_EQ(e["IFD0:XResolution"].toDouble(), 40000);
+  EXPECT_EQ(e["IFD0:ResolutionUnit"].toInt(), 3);
+  EXPECT_FALSE(e.contains("IFD0:ImageDescription"));
+  EXPECT_EQ(Rationnel(tiff), std::make_pair(40000u, 1u));
+  const QString bmp = QDir::current().filePath("quart.bmp");
+  formater(bmp, "400");
+  const QImage b(bmp);
+  EXPECT_EQ(b.size(), QSize(800, 660));
+  EXPECT_EQ(b.dotsPerMeterX(), 4000000);
+  EXPECT_EQ(b.dotsPerMeterY(), 4000000);
+
+  // 0.1 µm a pixel: 100000 a cm does not fit the JFIF field, which then
+  // carries no density.
+  const QString fine = QDir::current().filePath("fine.jpg");
+  formater(fine, "1000");
+  e = Exiftool(fine);
+  EXPECT_EQ(e["IFD0:XResolution"].toDouble(), 100000);
+  EXPECT_EQ(e["JFIF:ResolutionUnit"].toInt(), 0);
+  EXPECT_EQ(e["JFIF:XResolution"].toDouble(), 1);
+
+  // A scale that is no whole number of pixels a cm: the exact fraction of the
+  // comment block's (70.423 pixels for 50 µm), the JFIF density rounded.
+  const test::Sortie r = Formater({"--table", "1", "--objectif", "40", "--longueur", "50"});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  EXPECT_EQ(Rationnel(cible), std::make_pair(70423u, 5u));
+  EXPECT_EQ(Exiftool(cible)["JFIF:XResolution"].toDouble(), 14085);
+
+  // Without a scale, nothing is claimed.
+  ASSERT_EQ(Formater({}).code, 0);
+  EXPECT_NE(Exiftool(cible)["IFD0:ResolutionUnit"].toInt(), 3);
 }
 
 }  // namespace

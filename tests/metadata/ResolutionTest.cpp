@@ -1,0 +1,106 @@
+// The resolution written where other programs read a scale: the fraction,
+// the JFIF density rule, and a rewrite that touches nothing else.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <cmath>
+
+#include "metadata/CImage.h"
+#include "metadata/Resolution.h"
+#include "tests/metadata/Fabrique.h"
+
+namespace tg::meta {
+namespace {
+
+TEST(Resolution, FractionExacteSinonLaPlusProcheSur32Bits) {
+  const struct {
+    double valeur;
+    uint32_t n, d;
+  } cas[] = {{40000, 40000, 1}, {13333.5, 26667, 2}, {14084.6, 70423, 5}, {100000, 100000, 1}, {0.5, 1, 2}};
+  for (const auto& c : cas) {
+    const Fraction f = FractionProche(c.valeur);
+    EXPECT_EQ(f.numerateur, c.n) << c.valeur;
+    EXPECT_EQ(f.denominateur, c.d) << c.valeur;
+  }
+  // No exact fraction: the nearest whose terms fit, very close.
+  const Fraction pi = FractionProche(M_PI * 1000);
+  EXPECT_NEAR(double(pi.numerateur) / pi.denominateur, M_PI * 1000, 1e-8);  // far below any scale
+  const Fraction grand = FractionProche(4294967295.0);
+  EXPECT_EQ(grand.numerateur, 4294967295u);
+  EXPECT_EQ(grand.denominateur, 1u);
+  EXPECT_EQ(FractionProche(0).numerateur, 0u);
+  EXPECT_EQ(FractionProche(5e9).numerateur, 0u);
+}
+
+TEST(Resolution, DensiteJfifSeulementSiElleTientEtGardeLEchelle) {
+  EXPECT_EQ(DensiteJfif(40000), 40000);
+  EXPECT_EQ(DensiteJfif(14084.6), 14085);
+  EXPECT_EQ(DensiteJfif(65535.4), 65535);
+  EXPECT_EQ(DensiteJfif(65535.6), 0);   // rounds past 16 bits
+  EXPECT_EQ(DensiteJfif(100000), 0);
+  EXPECT_EQ(DensiteJfif(1500.4), 1500);  // 0.027 %
+  EXPECT_EQ(DensiteJfif(150.4), 0);      // 0.27 %: the scale would change
+  EXPECT_EQ(DensiteJfif(0.4), 0);
+}
+
+// Only the JFIF unit and densities change in place, and IFD0 gets its three
+// tags; the scan and every other byte stay.
+TEST(Resolution, JpegReecritSansRienToucherDAutre) {
+  const QString chemin = QDir::current().filePath("resolution.jpg");
+  const QByteArray avant = test::JpegQt(64, 48);
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write(avant);
+  f.close();
+  QString erreur;
+  ASSERT_TRUE(EcrireResolution(chemin, 14084.6, &erreur)) << erreur.toStdString();
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  const QByteArray apres = f.readAll();
+  f.close();
+  // APP0 first, its 18 bytes the same but for unit and densities.
+  ASSERT_EQ(uint8_t(apres[3]), 0xE0);
+  const int longueurApp0 = 2 + (uint8_t(avant[4]) << 8 | uint8_t(avant[5]));
+  for (int i = 0; i < longueurApp0; ++i)
+    if (i < 13 || i > 17) EXPECT_EQ(apres[i], avant[i]) << i;
+  EXPECT_EQ(uint8_t(apres[13]), 2);
+  EXPECT_EQ((uint8_t(apres[14]) << 8) | uint8_t(apres[15]), 14085);
+  EXPECT_EQ((uint8_t(apres[16]) << 8) | uint8_t(apres[17]), 14085);
+  // Then the new EXIF block, then the rest as it was.
+  const int app0 = 2 + longueurApp0;
+  EXPECT_EQ(uint8_t(apres[app0 + 1]), 0xE1);
+  const int exif = 2 + (uint8_t(apres[app0 + 2]) << 8 | uint8_t(apres[app0 + 3]));
+  EXPECT_EQ(apres.mid(app0 + exif), avant.mid(app0));
+
+  CImage relu;
+  ASSERT_TRUE(relu.ReadImage(chemin));
+  const CIFD* ifd0 = relu.JPEG()->EXIF()->ifd(0);
+  ASSERT_NE(ifd0, nullptr);
+  const CExifDirEnt* unite = ifd0->Trouver(0x0128);
+  ASSERT_NE(unite, nullptr);
+  EXPECT_EQ(uint8_t(unite->GetData()[0]), 3);
+  EXPECT_NE(ifd0->Trouver(0x011B), nullptr);
+  EXPECT_EQ(relu.JPEG()->JFIF().unit, 2);
+
+  // Written again with the same value: the same file.
+  ASSERT_TRUE(EcrireResolution(chemin, 14084.6, &erreur));
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), apres);
+}
+
+TEST(Resolution, AutreFichierRefuseIntact) {
+  const QString chemin = QDir::current().filePath("resolution.png");
+  ASSERT_TRUE(QImage(8, 8, QImage::Format_RGB32).save(chemin));
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  const QByteArray avant = f.readAll();
+  f.close();
+  QString erreur;
+  EXPECT_FALSE(EcrireResolution(chemin, 40000, &erreur));
+  EXPECT_TRUE(erreur.contains("ni un JPEG ni un TIFF")) << erreur.toStdString();
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), avant);
+}
+
+}  // namespace
+}  // namespace tg::meta
