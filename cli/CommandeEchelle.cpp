@@ -69,7 +69,23 @@ int Echelle(const QStringList& arguments) {
   for (const QString& m : dialogues.messages) Erreur(m);
 
   if (s.CommentaireImage.isEmpty() || s.Application.isEmpty()) {
-    Erreur("Ce fichier ne porte pas de bloc de métadonnées Tessellographe : " + chemin);
+    // Another program's scale, as the windows offer it.
+    LireEchelleExterne(s, chemin);
+    if (s.MicronsParPixelExterne > 0) {
+      if (json) {
+        QJsonObject o;
+        o.insert("MicronsParPixel", s.MicronsParPixelExterne);
+        o.insert("LargeurOrigine", s.LargeurOrigine);
+        o.insert("source", s.SourceEchelleExterne);
+        std::fputs(QJsonDocument(o).toJson(QJsonDocument::Compact).append('\n').constData(), stdout);
+      } else {
+        Ligne("LargeurOrigine=" + QString::number(s.LargeurOrigine));
+        Ligne("MicronsParPixel=" + TexteReel(s.MicronsParPixelExterne, s.SeparateurDecimal));
+        Ligne("Source=" + s.SourceEchelleExterne);
+      }
+      return 0;
+    }
+    Erreur("Ce fichier ne porte ni bloc de métadonnées Tessellographe ni échelle d'un autre programme : " + chemin);
     return 3;
   }
   const auto pixels = Nombre(s.EchellePix);
@@ -91,6 +107,7 @@ int Echelle(const QStringList& arguments) {
     o.insert("LargeurOrigine", NombreJson(s.LargeurOrigineMeta));
     o.insert("ReductionImage", NombreJson(reduction));
     o.insert("MicronsParPixel", micronsParPixel);
+    o.insert("source", QStringLiteral("Tessellographe"));
     std::fputs(QJsonDocument(o).toJson(QJsonDocument::Compact).append('\n').constData(), stdout);
     return 0;
   }
@@ -101,6 +118,7 @@ int Echelle(const QStringList& arguments) {
       "LargeurOrigine=" + s.LargeurOrigineMeta,
       "ReductionImage=" + reduction,
       "MicronsParPixel=" + TexteReel(micronsParPixel, s.SeparateurDecimal),
+      QStringLiteral("Source=Tessellographe"),
   };
   std::fputs((lignes.join(u'\n') + u'\n').toUtf8().constData(), stdout);
   return 0;
@@ -109,7 +127,9 @@ int Echelle(const QStringList& arguments) {
 const Enregistrement enregistrement(
     "echelle", "echelle FICHIER [--json]",
     {"Donne l'échelle qu'une image enregistrée par le programme porte dans son bloc de commentaire "
-     "(EchellePix pixels pour EchelleMic microns, largeur d'origine, réduction, microns par pixel).",
+     "(EchellePix pixels pour EchelleMic microns, largeur d'origine, réduction, microns par pixel). Sans ce "
+     "bloc, l'échelle qu'un autre programme a écrite : description ImageJ, résolution TIFF ou EXIF en "
+     "centimètres, bloc pHYs d'un PNG ; Source dit d'où elle vient.",
      {{"--json", "les mêmes valeurs en JSON"}}},
     &Echelle);
 

@@ -7,7 +7,9 @@
 #include "core/Session.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "metadata/EchelleExterne.h"
 #include "platform/Fichiers.h"
+#include "platform/Nombres.h"
 
 namespace tg {
 
@@ -85,6 +87,34 @@ DecisionControle DeciderControleImage(const SessionRecord& s) {
   d.formatSortie = true;
   d.imageFormatee = true;
   return d;
+}
+
+void LireEchelleExterne(SessionRecord& s, const QString& chemin) {
+  s.MicronsParPixelExterne = 0;
+  s.SourceEchelleExterne.clear();
+  // Our own block is the reference when there is one.
+  if (!s.CommentaireImage.isEmpty() && !s.Application.isEmpty()) return;
+  if (const auto e = meta::LireEchelleExterne(chemin)) {
+    s.MicronsParPixelExterne = e->micronsParPixel;
+    s.SourceEchelleExterne = e->source;
+  }
+}
+
+Bulle BulleEchelleExterne(const SessionRecord& s) {
+  Bulle b;
+  b.titre = QStringLiteral("Echelle trouvée");
+  b.icone = Icone::Information;
+  b.texte = QStringLiteral("Cette image porte une échelle écrite par un autre programme (%1) :\n%2 µm par pixel.\n"
+                           "Cliquez sur + d'infos si vous voulez en savoir plus !")
+                .arg(s.SourceEchelleExterne, TexteReel(Arrondir(s.MicronsParPixelExterne, 4), s.SeparateurDecimal));
+  b.texteLong = QStringList{"Pour mesurer sur l'image avec cette échelle :",
+                            "- menu Mesures => Récupérer une échelle et mesurer",
+                            "",
+                            "Pour l'utiliser dans le cartouche, étalonnez (outil à gauche) :",
+                            "100 µm = " + TexteReel(Arrondir(100 / s.MicronsParPixelExterne, 2), s.SeparateurDecimal) +
+                                " pixels de la photo."}
+                    .join(u'\n');
+  return b;
 }
 
 Bulle BulleImageFormatee() {

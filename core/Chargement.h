@@ -36,6 +36,13 @@ QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString
 // the output size; any other file whole. The file's own size in `taille`.
 bool ChargerEntete(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, QSize& taille);
 
+// For a file without a comment block of ours: the scale another program
+// wrote in it (ImageJ, a TIFF or EXIF resolution in centimetres, a PNG pHYs),
+// in MicronsParPixelExterne and SourceEchelleExterne; 0 without one.
+void LireEchelleExterne(SessionRecord& s, const QString& chemin);
+// The balloon that tells about it after a load.
+Bulle BulleEchelleExterne(const SessionRecord& s);
+
 // What txtExif shows after a load: the comment when there is one, else the
 // EXIF sub-directory, a line break and the main directory; hidden when all
 // are empty.

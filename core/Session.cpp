@@ -37,6 +37,8 @@ void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai, QSize tailleFi
   s.PortraitOrigine = s.RatioOrigine < 1 && s.LargeurOrigine < s.HauteurOrigine;
   s.PathOrigine.clear();
   s.PoidsFichier = 0;
+  s.MicronsParPixelExterne = 0;
+  s.SourceEchelleExterne.clear();
 
   // Cartouche fields. The seven classification keys stay: the reader of the
   // comment block overwrites them.

@@ -79,6 +79,10 @@ struct SessionRecord {
   QStringList ListeMotsClefs;
   // Scale values of the final picture.
   float MicronsParPixel = 0;
+  // A scale another program wrote in a file without a comment block of ours,
+  // in microns per pixel of the file's size, and where it was read; 0 without.
+  double MicronsParPixelExterne = 0;
+  QString SourceEchelleExterne;
   MemoireCartouche MemCartouche;
 
   // --- Output format (kept in step by G_FormatSortie)

@@ -154,6 +154,7 @@ bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
 
   TexteTick(w, "charg. = " + QString::number(tick.elapsed()) + " ms");
   LireMeta(s);
+  LireEchelleExterne(s, chemin);
   auto* agrandir = Controle<QPushButton>(w, "cmdAgrandirTxtExif");
   if (agrandir) agrandir->setText(QStringLiteral("+"));
   const AffichageExif a = ExifApresChargement(s);
@@ -181,6 +182,9 @@ void ControleImage(frmFichierPhoto& w) {
   if (d.imageFormatee) {
     int nePlusAfficher = 0;
     Dialogues().MsgBoxEx(BulleImageFormatee(), nePlusAfficher);
+  } else if (s.MicronsParPixelExterne > 0) {
+    int nePlusAfficher = 0;
+    Dialogues().MsgBoxEx(BulleEchelleExterne(s), nePlusAfficher);
   }
 }
 

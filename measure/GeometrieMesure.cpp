@@ -106,6 +106,17 @@ QString QuestionRecupEchelle() {
       "l'échelle manuellement)");
 }
 
+QString QuestionRecupEchelleExterne(const QString& source, const QString& pixelsPour100) {
+  return QStringLiteral(
+             "Cette image porte une échelle écrite par un autre programme (%1) :\n"
+             "100 µm = %2 pixels.\n"
+             "\n"
+             "Récupérer l'échelle ?\n"
+             "(Si vous répondez non , vous pourrez récupérer\n"
+             "l'échelle manuellement)")
+      .arg(source, pixelsPour100);
+}
+
 std::optional<float> ValiderEchelleTemp(const QString& txtMicTemp, const QString& txtPixTemp) {
   double mic = 0, pix = 0;
   if (txtMicTemp.trimmed().isEmpty() || !LireNombre(txtMicTemp.trimmed(), mic)) return std::nullopt;

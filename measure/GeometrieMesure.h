@@ -77,6 +77,8 @@ inline constexpr int VertClair = 0x80FF80;
 bool EchelleRecuperable(const QString& echellePix, const QString& echelleMic);
 inline const QString TitreRecupEchelle = QStringLiteral(" Récupérer une échelle ");
 QString QuestionRecupEchelle();
+// The same for a scale another program wrote (see LireEchelleExterne).
+QString QuestionRecupEchelleExterne(const QString& source, const QString& pixelsPour100);
 
 // cmdValiderMesureTemp: microns typed in txtMicTemp for the pixels of
 // txtPixTemp. Valid when the microns are a number whose rounding (ties to

@@ -576,6 +576,21 @@ void frmMesure::ModeRecup() {
     cmdValiderMesureTemp();
     return;
   }
+  // A scale another program wrote, for the picture as it is now: 100 µm in
+  // pixels of the file, followed through a resize.
+  if (!EchelleRecuperable(s_.EchellePix, s_.EchelleMic) && s_.MicronsParPixelExterne > 0 && s_.Largeur > 0 &&
+      s_.LargeurOrigine > 0) {
+    const double pixels = 100.0 / s_.MicronsParPixelExterne * double(s_.Largeur) / double(s_.LargeurOrigine);
+    const QString texte = QuestionRecupEchelleExterne(s_.SourceEchelleExterne,
+                                                      TexteReel(Arrondir(pixels, 2), s_.SeparateurDecimal));
+    if (Dialogues().Question(TitreRecupEchelle, texte, Boutons::OuiNon, Reponse::Oui, Icone::Question) ==
+        Reponse::Oui) {
+      txtMicTemp_->setText(QStringLiteral("100"));
+      txtPixTemp_->setText(TexteReel(Arrondir(pixels, 3), s_.SeparateurDecimal));
+      cmdValiderMesureTemp();
+      return;
+    }
+  }
   Dialogues().Message(QStringLiteral("Etalonnage manuel"),
                       QStringLiteral("Récupérer l'échelle manuellement ..."), Icone::Information);
   picRecupEchelle_->move((picCadre_->width() - picRecupEchelle_->width()) / 2,

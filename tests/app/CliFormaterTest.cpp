@@ -414,3 +414,66 @@ TEST_F(CliFormater, LEchelleEnPixelsParCentimetrePourLesAutresProgrammes) {
 
 }  // namespace
 }  // namespace tg
+
+namespace tg {
+namespace {
+
+// A scale that other programs wrote, read when the file carries no block of
+// ours: an ImageJ-calibrated TIFF, a PNG pHYs, our own TIFF's resolution; a
+// print resolution (72 dpi) is no scale.
+TEST_F(CliFormater, EchelleDUnAutreProgrammeAvecSaSource) {
+  const QString petite = QDir::current().filePath("petite.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"echantillon", petite, "--largeur", "800", "--hauteur", "600"}).code, 0);
+  const QString tiff = QDir::current().filePath("imagej.tif");
+  ASSERT_EQ(test::Executer(test::Cli(), {"formater", petite, "-o", tiff, "--format", "2", "--pix", "400", "--mic",
+                                         "100", "--objectif", "40"})
+                .code,
+            0);
+  QJsonObject e = Echelle(tiff);
+  EXPECT_EQ(e["source"].toString(), "TIFF");
+  EXPECT_NEAR(e["MicronsParPixel"].toDouble(), 0.25, 1e-9);
+
+  // As ImageJ saves a calibrated TIFF: 2 pixels a µm... in millimetres.
+  {
+    meta::CImage image;
+    ASSERT_TRUE(image.ReadImage(tiff));
+    meta::CExif& x = image.TIFF()->EXIF();
+    x.AddModifyTag(meta::Repertoire::IFD0, 0x010E, meta::FmtAscii, QByteArray("ImageJ=1.53t\nunit=mm\n\0", 22));
+    x.AddModifyTag(meta::Repertoire::IFD0, 0x011A, meta::FmtRational, QByteArray("\xD0\x07\0\0\x01\0\0\0", 8));
+    x.AddModifyTag(meta::Repertoire::IFD0, 0x0128, meta::FmtShort, QByteArray("\x01\0", 2));
+    ASSERT_TRUE(image.WriteImage(tiff)) << image.Erreur().toStdString();
+  }
+  e = Echelle(tiff);
+  EXPECT_EQ(e["source"].toString(), "ImageJ");
+  EXPECT_NEAR(e["MicronsParPixel"].toDouble(), 0.5, 1e-9);
+  EXPECT_EQ(e["LargeurOrigine"].toInt(), 800);
+
+  QImage png(640, 480, QImage::Format_RGB32);
+  png.fill(Qt::gray);
+  png.setDotsPerMeterX(4000000);
+  png.setDotsPerMeterY(4000000);
+  const QString calibre = QDir::current().filePath("calibre.png");
+  ASSERT_TRUE(png.save(calibre));
+  e = Echelle(calibre);
+  EXPECT_EQ(e["source"].toString(), "PNG pHYs");
+  EXPECT_NEAR(e["MicronsParPixel"].toDouble(), 0.25, 1e-9);
+  const test::Sortie texte = test::Executer(test::Cli(), {"echelle", calibre});
+  EXPECT_TRUE(Texte(texte.sortie).endsWith("MicronsParPixel=0.25\nSource=PNG pHYs\n") ||
+              Texte(texte.sortie).endsWith("MicronsParPixel=0,25\nSource=PNG pHYs\n"))
+      << texte.sortie.toStdString();
+
+  png.setDotsPerMeterX(2835);
+  png.setDotsPerMeterY(2835);
+  const QString ecran = QDir::current().filePath("ecran.png");
+  ASSERT_TRUE(png.save(ecran));
+  const test::Sortie r = test::Executer(test::Cli(), {"echelle", ecran});
+  EXPECT_EQ(r.code, 3);
+  EXPECT_TRUE(Texte(r.erreur).contains("ni bloc de métadonnées Tessellographe ni échelle d'un autre programme"));
+
+  // Our own block says where it comes from too.
+  ASSERT_EQ(Formater({"--table", "1", "--objectif", "40"}).code, 0);
+  EXPECT_EQ(Echelle(cible)["source"].toString(), "Tessellographe");
+}
+
+}  // namespace
+}  // namespace tg

@@ -315,10 +315,11 @@ TEST_F(CommandeEchelle, FichierAvecEchelle) {
   Sortie r = Executer(Cli(), {"echelle", chemin}, {"LC_ALL=fr_FR.UTF-8"});
   ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
   QStringList lignes = QString::fromUtf8(r.sortie).split(u'\n', Qt::SkipEmptyParts);
-  ASSERT_EQ(lignes.size(), 6) << r.sortie.toStdString();
+  ASSERT_EQ(lignes.size(), 7) << r.sortie.toStdString();
   EXPECT_EQ(lignes.mid(0, 5), (QStringList{"EchellePix=56,338", "EchelleMic=20", "UniteEtalon=um",
                                            "LargeurOrigine=2272", "ReductionImage=3,55"}));
   EXPECT_TRUE(lignes[5].startsWith("MicronsParPixel=0,355000177")) << lignes[5].toStdString();
+  EXPECT_EQ(lignes[6], "Source=Tessellographe");
 
   // A point system reads the comma file right.
   r = Executer(Cli(), {"echelle", chemin}, {"LC_ALL=C"});
@@ -330,7 +331,8 @@ TEST_F(CommandeEchelle, FichierAvecEchelle) {
   QJsonParseError erreur;
   const QJsonObject o = QJsonDocument::fromJson(r.sortie, &erreur).object();
   ASSERT_EQ(erreur.error, QJsonParseError::NoError) << r.sortie.toStdString();
-  EXPECT_EQ(o.size(), 6);
+  EXPECT_EQ(o.size(), 7);
+  EXPECT_EQ(o["source"].toString(), "Tessellographe");
   EXPECT_TRUE(o["EchellePix"].isDouble());
   EXPECT_DOUBLE_EQ(o["EchellePix"].toDouble(), 56.338);
   EXPECT_DOUBLE_EQ(o["EchelleMic"].toDouble(), 20);
@@ -367,7 +369,7 @@ TEST_F(CommandeEchelle, RefusAvecStatut3) {
   Sortie r = Executer(Cli(), {"echelle", photo});
   EXPECT_EQ(r.code, 3);
   EXPECT_TRUE(r.sortie.isEmpty());
-  EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("pas de bloc de métadonnées Tessellographe"))
+  EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("ni bloc de métadonnées Tessellographe ni échelle d'un autre programme"))
       << r.erreur.toStdString();
 
   // A block of ours without a scale.

@@ -298,6 +298,34 @@ TEST_F(Mesure, RecuperationParLesMetadonneesAcceptee) {
   EXPECT_EQ(C<QLineEdit>("txtMesurePixel")->text(), "200");
 }
 
+// A scale another program wrote (here 0.4 µm a pixel of a 3200-pixel file
+// now shown at 2560) is offered with its source and followed through the
+// resize; refused, the manual way as before.
+TEST_F(Mesure, RecuperationDUneEchelleDUnAutreProgramme) {
+  s.MicronsParPixelExterne = 0.4;
+  s.SourceEchelleExterne = "ImageJ";
+  s.LargeurOrigine = 3200;
+  s.SeparateurDecimal = ",";
+  dlg.reponses = {Reponse::Oui};
+  Ouvrir(2560, 1700, 1);
+  ASSERT_FALSE(dlg.appels.empty());
+  EXPECT_EQ(dlg.appels.front().genre, "Question");
+  EXPECT_TRUE(dlg.appels.front().texte.contains("autre programme (ImageJ)")) << dlg.appels.front().texte.toStdString();
+  EXPECT_TRUE(dlg.appels.front().texte.contains("100 µm = 200 pixels"));
+  EXPECT_EQ(C<QLineEdit>("txtPixTemp")->text(), "200");
+  EXPECT_EQ(s.ModeMesure, 2);
+  // 0.5 µm a displayed-picture pixel: 250 display pixels are 1000 pixels, 500 µm.
+  Tracer(QPointF(100, 100), QPointF(350, 100));
+  EXPECT_EQ(C<QLineEdit>("txtMesurePixel")->text(), "500");
+  delete w.data();
+
+  dlg.appels.clear();
+  dlg.reponses = {Reponse::Non};
+  Ouvrir(2560, 1700, 1);
+  EXPECT_EQ(dlg.appels.back().titre, "Etalonnage manuel");
+  EXPECT_TRUE(C("picRecupEchelle")->isVisibleTo(w));
+}
+
 TEST_F(Mesure, CompteurDePointsCompteLesClicsSansTracer) {
   Ouvrir(2560, 1700, 2);
   C<QPushButton>("cmdMnuCompteur1")->click();

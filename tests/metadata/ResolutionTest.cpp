@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "metadata/CImage.h"
+#include "metadata/EchelleExterne.h"
 #include "metadata/Resolution.h"
 #include "tests/metadata/Fabrique.h"
 
@@ -100,6 +101,38 @@ TEST(Resolution, AutreFichierRefuseIntact) {
   EXPECT_TRUE(erreur.contains("ni un JPEG ni un TIFF")) << erreur.toStdString();
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   EXPECT_EQ(f.readAll(), avant);
+}
+
+TEST(EchelleExterne, DescriptionImageJ) {
+  EXPECT_DOUBLE_EQ(*MicronsParPixelImageJ("ImageJ=1.53t\nunit=micron\n", 4), 0.25);
+  EXPECT_DOUBLE_EQ(*MicronsParPixelImageJ("ImageJ=1.53t\nunit=\\u00B5m\nspacing=1\n", 2), 0.5);
+  EXPECT_DOUBLE_EQ(*MicronsParPixelImageJ("ImageJ=1.53t\nunit=mm\n", 2000), 0.5);
+  EXPECT_DOUBLE_EQ(*MicronsParPixelImageJ("ImageJ=1.53t\nunit=nm\n", 0.01), 0.1);  // 100 nm
+  EXPECT_FALSE(MicronsParPixelImageJ("ImageJ=1.53t\nunit=inch\n", 4));
+  EXPECT_FALSE(MicronsParPixelImageJ("ImageJ=1.53t\n", 4));  // no unit: pixels
+  EXPECT_FALSE(MicronsParPixelImageJ("Photo\nunit=micron\n", 4));
+  EXPECT_FALSE(MicronsParPixelImageJ("ImageJ=1.53t\nunit=micron\n", 0));
+}
+
+// A JPEG's EXIF resolution in centimetres is a scale; in inches (every
+// camera's 72 or 300 dpi) it is not.
+TEST(EchelleExterne, ExifEnCentimetresSeulement) {
+  const QString chemin = QDir::current().filePath("exif.jpg");
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write(test::JpegQt(64, 48));
+  f.close();
+  EXPECT_FALSE(LireEchelleExterne(chemin));
+  ASSERT_TRUE(EcrireResolution(chemin, 25000));
+  const auto e = LireEchelleExterne(chemin);
+  ASSERT_TRUE(e);
+  EXPECT_DOUBLE_EQ(e->micronsParPixel, 0.4);
+  EXPECT_EQ(e->source, "EXIF");
+  CImage image;
+  ASSERT_TRUE(image.ReadImage(chemin));
+  image.JPEG()->EXIF()->AddModifyTag(Repertoire::IFD0, 0x0128, FmtShort, QByteArray("\x02\0", 2));
+  ASSERT_TRUE(image.WriteImage(chemin));
+  EXPECT_FALSE(LireEchelleExterne(chemin));
 }
 
 }  // namespace
