@@ -41,7 +41,7 @@ const char* const kUsage =
     "formater PHOTO -o SORTIE.jpg | formater PHOTO... -d DOSSIER [--taches N] [--format 0-4] [--filtre 1-4] [--cartouche sous|sur] "
     "[--titre T] [--auteur T] [--eclairage T] [--provenance T] [--preparation T] "
     "[--coloration T] [--date JJ/MM/AAAA] [--table N --objectif X | --pix P --mic M "
-    "--objectif X] [--longueur L|auto] [--unite um|mm] [--qualite 1-100|auto] [--poids-max KO] "
+    "--objectif X] [--longueur L|auto] [--unite um|mm] [--couleur auto] [--qualite 1-100|auto] [--poids-max KO] "
     "[--recadrage X,Y,L,H [--debrider]] [--focale F (avec --table : échelle extrapolée)] "
     "[--exact (décodage complet)]";
 
@@ -122,7 +122,7 @@ int Formater(const QStringList& arguments) {
       "-o",          "--format",     "--filtre",     "--cartouche", "--titre",
       "--auteur",    "--eclairage",  "--provenance", "--preparation", "--coloration",
       "--date",      "--table",      "--objectif",   "--pix",       "--mic",
-      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale", "-d", "--taches"};
+      "--longueur",  "--unite",      "--qualite",    "--poids-max", "--recadrage", "--focale", "-d", "--taches", "--couleur"};
   static const QStringList drapeaux = {"--debrider", "--exact"};
   Options o;
   QStringList fichiers;
@@ -141,6 +141,7 @@ int Formater(const QStringList& arguments) {
   }
   const bool serie = o.A("-d");
   if (!serie && o.A("--taches")) return Usage(QStringLiteral("--taches va avec -d"));
+  if (o.A("--couleur") && o.V("--couleur") != u"auto") return Usage(QStringLiteral("--couleur : auto"));
   if (serie && (o.A("-o") || fichiers.isEmpty())) return Usage(QStringLiteral("-d va avec une ou plusieurs photos, sans -o"));
   if (o.A("-o")) fichiers << o.V("-o");
   if (!serie && fichiers.size() != 2) return Usage(QString());
@@ -323,6 +324,13 @@ int Formater(const QStringList& arguments) {
     else if (o.A("--longueur")) Saisir(f, "txtLongueur", o.V("--longueur"));
     Controle<QRadioButton>(f, unite == u"mm" ? "optUnite1" : "optUnite0")->setChecked(true);
   }
+  if (o.A("--couleur")) {
+    // Near-black or near-white, whichever contrasts more with the picture
+    // under the cartouche: only a cartouche over the picture has one.
+    auto* automatique = Controle<QCheckBox>(f, "chkCouleurAuto");
+    if (!automatique->isEnabled()) return Usage(QStringLiteral("--couleur auto va avec --cartouche sur"));
+    automatique->setChecked(true);
+  }
   Controle<QPushButton>(f, "cmdDessiner")->click();
   if (!f.CartoucheValide()) return Refus(QString());
   Controle<QPushButton>(f, "cmdSuite")->click();
@@ -390,6 +398,8 @@ const Enregistrement enregistrement(
       {"--longueur L|auto", "longueur de la barre d'échelle ; auto : 1, 2 ou 5 x 10^n microns, la plus "
                             "longue dans les limites de la barre et un quart de la largeur"},
       {"--unite um|mm", "unité de la barre"},
+      {"--couleur auto", "avec --cartouche sur : texte et barre en quasi-noir ou quasi-blanc, selon ce qui "
+                         "contraste le plus avec l'image sous le cartouche"},
       {"--qualite 1-100|auto", "qualité JPEG (94 par défaut) ; auto : la plus haute sous le poids maximal"},
       {"--poids-max KO", "poids maximal du fichier en kilo-octets (0 : aucun)"},
       {"--recadrage X,Y,L,H", "recadre d'abord, en pixels de la photo"},

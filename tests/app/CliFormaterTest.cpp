@@ -105,8 +105,9 @@ TEST_F(CliFormater, EchelleSaisieALaMainEtFormes) {
   // The format asked for is not written back to the configuration.
   EXPECT_EQ(LireIni("FormatImage", "ApnLarg", RepApplication() + "UserConfig.ini", "?"), "800");
 
-  // On the picture: the 2-line cartouche takes no rows; no scale at all.
-  r = Formater({"--cartouche", "sur", "--format", "0", "--date", "31/02/2008"});
+  // On the picture: the 2-line cartouche takes no rows; no scale at all; the
+  // text in the auto colour.
+  r = Formater({"--cartouche", "sur", "--format", "0", "--date", "31/02/2008", "--couleur", "auto"});
   ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
   EXPECT_EQ(Taille(cible), QSize(640, 480));
   const QString c = Commentaire(cible);
@@ -133,6 +134,8 @@ TEST_F(CliFormater, ReglesQuiRefusentEtMauvaisUsage) {
       {{"--unite", "km"}, 2, "--unite"},
       {{"--table", "1"}, 2, "--objectif manque"},
       {{"--inconnue", "1"}, 2, "Option inconnue"},
+      {{"--cartouche", "sous", "--couleur", "auto"}, 2, "--couleur auto va avec --cartouche sur"},
+      {{"--couleur", "rouge"}, 2, "--couleur : auto"},
   };
   for (const Cas& c : cas) {
     QFile::remove(cible);

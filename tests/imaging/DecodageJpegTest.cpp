@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QProcess>
+#include <vector>
 #include <cmath>
 
 #include "imaging/DecodageJpeg.h"
@@ -91,6 +93,33 @@ TEST(DecodageJpeg, CommeLeDecodageCompletPuisLanczos) {
     FreeImage_Unload(direct);
   }
   FreeImage_Unload(complet);
+}
+
+// What cameras and other encoders write: every chroma sampling, progressive
+// scans, restart markers, RGB without a colour transform; cjpeg makes them
+// from the same pixels.
+TEST(DecodageJpeg, EchantillonnagesProgressifRedemarragesEtRGB) {
+  const QString ppm = QDir::current().filePath("motif.ppm");
+  ASSERT_TRUE(Motif(1203, 901).save(ppm, "PPM"));
+  const std::vector<QStringList> variantes = {{"-sample", "1x1"}, {"-sample", "2x1"},    {"-sample", "2x2"},
+                                              {"-progressive"},   {"-restart", "1"},     {"-rgb"},
+                                              {"-sample", "1x2"}, {"-optimize", "-sample", "2x2"}};
+  for (const QStringList& v : variantes) {
+    const QString jpeg = QDir::current().filePath("variante.jpg");
+    QProcess cjpeg;
+    cjpeg.start("cjpeg", v + QStringList{"-quality", "95", "-outfile", jpeg, ppm});
+    ASSERT_TRUE(cjpeg.waitForFinished(20000) && cjpeg.exitCode() == 0) << v.join(' ').toStdString();
+    FIBITMAP* complet = FreeImage_Load(FIF_JPEG, QFile::encodeName(jpeg).constData(), 0);
+    ASSERT_NE(complet, nullptr) << v.join(' ').toStdString();
+    QString erreur;
+    FIBITMAP* direct = DecoderJpegRedimensionne(jpeg, 300, 225, erreur);
+    ASSERT_NE(direct, nullptr) << v.join(' ').toStdString() << " " << erreur.toStdString();
+    FIBITMAP* reference = FreeImage_Rescale(complet, 300, 225, FILTER_LANCZOS3);
+    EXPECT_GT(Psnr(direct, reference), 40) << v.join(' ').toStdString();
+    FreeImage_Unload(reference);
+    FreeImage_Unload(direct);
+    FreeImage_Unload(complet);
+  }
 }
 
 // What the direct road does not take comes back empty with a reason, never a
