@@ -40,8 +40,8 @@ grep -q "^MicronsParPixel=0[.,]71" echelle.txt || echec "échelle lue : $(cat ec
 [ ! -s erreurs ] || echec "la sortie d'erreur n'est pas vide : $(cat erreurs)"
 "$cli" formater --help | grep -q -- "--poids-max KO" || echec "formater --help"
 
-man -l "$prefixe/share/man/man1/tessellographe-cli.1" 2>man-erreurs | grep -q "STATUT DE SORTIE" || echec "man tessellographe-cli"
-man -l "$prefixe/share/man/man1/tessellographe.1" 2>>man-erreurs | grep -q "tessellographe-cli" || echec "man tessellographe"
+LC_ALL=C.UTF-8 man -l "$prefixe/share/man/man1/tessellographe-cli.1" 2>man-erreurs | grep -q "STATUT DE SORTIE" || echec "man tessellographe-cli"
+LC_ALL=C.UTF-8 man -l "$prefixe/share/man/man1/tessellographe.1" 2>>man-erreurs | grep -q "tessellographe-cli" || echec "man tessellographe"
 [ ! -s man-erreurs ] || echec "avertissements de man : $(cat man-erreurs)"
 desktop-file-validate "$prefixe/share/applications/$id.desktop" >validation 2>&1 || true
 [ ! -s validation ] || echec "desktop-file-validate : $(cat validation)"
