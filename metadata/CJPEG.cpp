@@ -311,7 +311,8 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
 
   // The JFIF density changes in place: the segment keeps its length.
   const std::array<int, 3> jfif = {jfif_.unit, jfif_.Xdensity, jfif_.Ydensity};
-  const bool jfifChange = segmentJfif_ >= 0 && jfif != jfifLu_;
+  const bool jfifRetire = segmentJfif_ >= 0 && !jfif_.Present;
+  const bool jfifChange = segmentJfif_ >= 0 && !jfifRetire && jfif != jfifLu_;
   if (jfifChange && (jfif_.unit < 0 || jfif_.unit > 2 || jfif_.Xdensity < 0 || jfif_.Xdensity > 0xFFFF ||
                      jfif_.Ydensity < 0 || jfif_.Ydensity > 0xFFFF)) {
     if (erreur) *erreur = QStringLiteral("Densité JFIF hors limites : unité 0 à 2, densités 0 à 65535.");
@@ -363,6 +364,8 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
     } else if (commentaireEnPlace && m.Marker == kCOM) {
       if (!commentaireEcrit) ajouterPropre(commentaire);
       commentaireEcrit = true;
+    } else if (jfifRetire && m.lpData == segmentJfif_) {
+      // Left out.
     } else if (jfifChange && m.lpData == segmentJfif_) {
       // FF E0, length, "JFIF\0", version: the unit and densities follow.
       QByteArray segment(source + debut, m.Length);

@@ -49,6 +49,7 @@ class CJFIF {
   int unit = 0;  // 0 pixels, 1 dots per inch, 2 dots per centimetre
   // The unit and densities may be changed: the writer puts them in the
   // segment read, whose length does not change. The rest stays as read.
+  // Present set to false drops the segment read.
   bool Present = false;
 
   // Xthumbnail x Ythumbnail bytes (the first third of an RGB thumbnail).

@@ -72,10 +72,13 @@ bool EcrireResolution(const QString& chemin, double pixelsParCm, QString* erreur
     CIFD* ifd0 = j->EXIF()->ifd(0);
     if (ifd0 != nullptr && ifd0->Trouver(0x0213) == nullptr)
       j->EXIF()->AddModifyTag(Repertoire::IFD0, 0x0213, FmtShort, QByteArray("\x01\0", 2));
+    // A density that does not fit goes with its segment: readers take even
+    // a JFIF aspect ratio (unit 0) before EXIF, and would lose the scale.
     const int densite = DensiteJfif(pixelsParCm);
-    j->JFIF().unit = densite > 0 ? 2 : 0;
-    j->JFIF().Xdensity = densite > 0 ? densite : 1;
-    j->JFIF().Ydensity = densite > 0 ? densite : 1;
+    j->JFIF().unit = 2;
+    j->JFIF().Xdensity = densite;
+    j->JFIF().Ydensity = densite;
+    if (densite == 0) j->JFIF().Present = false;
   } else if (CTIFF* t = image.TIFF()) {
     Etiquettes(t->EXIF(), f);
   } else {

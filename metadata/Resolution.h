@@ -2,8 +2,9 @@
 // A picture's scale where other programs look for it: the resolution in
 // pixels per centimetre. JPEG: EXIF IFD0 XResolution/YResolution (rationals)
 // with ResolutionUnit 3, and the JFIF density in pixels per centimetre when
-// it fits its 16 bits within 0.1 %, else no density at all (readers that
-// prefer JFIF would take a wrong one). TIFF: the same three tags of IFD0.
+// it fits its 16 bits within 0.1 %, else no JFIF segment at all (readers that
+// prefer JFIF, even its bare aspect ratio, would not read EXIF). TIFF: the
+// same three tags of IFD0.
 #include <QString>
 #include <cstdint>
 

@@ -394,14 +394,17 @@ TEST_F(CliFormater, LEchelleEnPixelsParCentimetrePourLesAutresProgrammes) {
   EXPECT_EQ(b.dotsPerMeterX(), 4000000);
   EXPECT_EQ(b.dotsPerMeterY(), 4000000);
 
-  // 0.1 µm a pixel: 100000 a cm does not fit the JFIF field, which then
-  // carries no density.
+  // 0.1 µm a pixel: 100000 a cm does not fit the JFIF field: the file then
+  // has no JFIF segment, whose aspect ratio readers would take before EXIF.
   const QString fine = QDir::current().filePath("fine.jpg");
   formater(fine, "1000");
   e = Exiftool(fine);
   EXPECT_EQ(e["IFD0:XResolution"].toDouble(), 100000);
-  EXPECT_EQ(e["JFIF:ResolutionUnit"].toInt(), 0);
-  EXPECT_EQ(e["JFIF:XResolution"].toDouble(), 1);
+  EXPECT_EQ(e["IFD0:ResolutionUnit"].toInt(), 3);
+  for (const QString& cle : e.keys()) EXPECT_FALSE(cle.startsWith("JFIF:")) << cle.toStdString();
+  EXPECT_FALSE(e.contains("ExifTool:Warning")) << e["ExifTool:Warning"].toString().toStdString();
+  EXPECT_EQ(QImage(fine).size(), QSize(800, 660));
+  EXPECT_NEAR(Echelle(fine)["MicronsParPixel"].toDouble(), 0.1, 1e-9);
 
   // A scale that is no whole number of pixels a cm: the exact fraction of the
   // comment block's (70.423 pixels for 50 µm), the JFIF density rounded.

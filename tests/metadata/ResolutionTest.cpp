@@ -89,6 +89,36 @@ TEST(Resolution, JpegReecritSansRienToucherDAutre) {
   EXPECT_EQ(f.readAll(), apres);
 }
 
+// A density too fine for JFIF's 16 bits: the APP0 segment goes, the EXIF
+// block comes first, every other byte stays; written again, the same file.
+TEST(Resolution, DensiteTropFineSansSegmentJfif) {
+  const QString chemin = QDir::current().filePath("fine.jpg");
+  const QByteArray avant = test::JpegQt(64, 48);
+  ASSERT_EQ(uint8_t(avant[3]), 0xE0);
+  const int app0 = 2 + 2 + (uint8_t(avant[4]) << 8 | uint8_t(avant[5]));
+  QFile f(chemin);
+  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+  f.write(avant);
+  f.close();
+  QString erreur;
+  ASSERT_TRUE(EcrireResolution(chemin, 100000, &erreur)) << erreur.toStdString();
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  const QByteArray apres = f.readAll();
+  f.close();
+  ASSERT_EQ(uint8_t(apres[3]), 0xE1);
+  const int exif = 2 + (uint8_t(apres[4]) << 8 | uint8_t(apres[5]));
+  EXPECT_EQ(apres.mid(2 + exif), avant.mid(app0));
+  CImage relu;
+  ASSERT_TRUE(relu.ReadImage(chemin));
+  EXPECT_FALSE(relu.JPEG()->JFIF().Present);
+  const CExifDirEnt* x = relu.JPEG()->EXIF()->ifd(0)->Trouver(0x011A);
+  ASSERT_NE(x, nullptr);
+  EXPECT_DOUBLE_EQ(x->GetDataVariant(), 100000);
+  ASSERT_TRUE(EcrireResolution(chemin, 100000, &erreur));
+  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+  EXPECT_EQ(f.readAll(), apres);
+}
+
 TEST(Resolution, AutreFichierRefuseIntact) {
   const QString chemin = QDir::current().filePath("resolution.png");
   ASSERT_TRUE(QImage(8, 8, QImage::Format_RGB32).save(chemin));
