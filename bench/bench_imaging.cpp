@@ -3,11 +3,15 @@
 // quality 94. The picture is generated once into a temporary folder.
 #include <benchmark/benchmark.h>
 
+#include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
+
+#include <jpeglib.h>
 
 #include "imaging/cAdvancedImagery.h"
 
@@ -135,6 +139,32 @@ void ChargerRedimensionne(benchmark::State& etat) {
   }
 }
 BENCHMARK(ChargerRedimensionne)->Unit(benchmark::kMillisecond);
+
+// The floor of the road above: libjpeg alone decoding the same file at 1/2,
+// rows thrown away, on one thread.
+void DecoderDemiSeul(benchmark::State& etat) {
+  const QByteArray chemin = QFile::encodeName(Preparer().jpeg);
+  for (auto _ : etat) {
+    FILE* f = std::fopen(chemin.constData(), "rb");
+    jpeg_decompress_struct c{};
+    jpeg_error_mgr e{};
+    c.err = jpeg_std_error(&e);
+    jpeg_create_decompress(&c);
+    jpeg_stdio_src(&c, f);
+    jpeg_read_header(&c, TRUE);
+    c.scale_num = 1;
+    c.scale_denom = 2;
+    jpeg_start_decompress(&c);
+    std::vector<JSAMPLE> rangs(size_t(c.output_width) * 3 * 16);
+    JSAMPROW lignes[16];
+    for (int i = 0; i < 16; ++i) lignes[i] = rangs.data() + size_t(c.output_width) * 3 * size_t(i);
+    while (c.output_scanline < c.output_height) jpeg_read_scanlines(&c, lignes, 16);
+    jpeg_finish_decompress(&c);
+    jpeg_destroy_decompress(&c);
+    std::fclose(f);
+  }
+}
+BENCHMARK(DecoderDemiSeul)->Unit(benchmark::kMillisecond);
 
 void Enregistrer(benchmark::State& etat) {
   Donnees& d = Preparer();

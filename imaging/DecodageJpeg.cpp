@@ -71,9 +71,17 @@ class Reechantillonneur {
       const PoidsLanczos& p = horizontal_.echantillons[size_t(x)];
       const Pixel4* source = ligne_.data() + p.premier;
       const float* w = poids + p.debut;
-      Pixel4 somme{0, 0, 0, 0};
-      for (int k = 0; k < p.nombre; ++k) somme += w[k] * source[k];
-      h[size_t(x)] = somme;
+      // Four sums in turn: one chain of additions would wait on each other.
+      Pixel4 a{0, 0, 0, 0}, b{0, 0, 0, 0}, c{0, 0, 0, 0}, d{0, 0, 0, 0};
+      int k = 0;
+      for (; k + 4 <= p.nombre; k += 4) {
+        a += w[k] * source[k];
+        b += w[k + 1] * source[k + 1];
+        c += w[k + 2] * source[k + 2];
+        d += w[k + 3] * source[k + 3];
+      }
+      for (; k < p.nombre; ++k) a += w[k] * source[k];
+      h[size_t(x)] = (a + b) + (c + d);
     }
     ++recues_;
     while (suivante_ < sortieH_) {
@@ -106,7 +114,7 @@ class Reechantillonneur {
     }
   }
 
-  static BYTE Octet(float v) { return BYTE(std::clamp(int(std::lround(v)), 0, 255)); }
+  static BYTE Octet(float v) { return BYTE(int(std::clamp(v, 0.0f, 255.0f) + 0.5f)); }
 
   const int entreeL_, sortieL_, sortieH_;
   FIBITMAP* sortie_;
@@ -117,6 +125,7 @@ class Reechantillonneur {
 };
 
 constexpr int RangsTampon = 64;
+constexpr int RangsLot = 16;
 
 }  // namespace
 
@@ -242,24 +251,34 @@ FIBITMAP* DecoderJpegRedimensionne(const QString& chemin, int largeur, int haute
       if (fin == entreeH) return;
     }
   });
+  // Rows go to the thread by lots: one hand-over for every 16 rows, not for
+  // every row the decoder gives.
   JSAMPROW lignes[RangsTampon];
   while (int(c.output_scanline) < entreeH) {
     const int debut = int(c.output_scanline);
-    int n = std::min<int>(int(c.rec_outbuf_height), entreeH - debut);
+    const int lot = std::min(RangsLot, entreeH - debut);
     {
-      // Room for n rows: the thread frees slots as it resamples them.
+      // Room for the lot: the thread frees slots as it resamples them.
       std::unique_lock<std::mutex> v(tampon.verrou);
-      tampon.signal.wait(v, [&] { return tampon.produites + n - tampon.consommees <= RangsTampon; });
+      tampon.signal.wait(v, [&] { return tampon.produites + lot - tampon.consommees <= RangsTampon; });
     }
-    for (int i = 0; i < n; ++i) lignes[i] = rangs.data() + pas * size_t((debut + i) % RangsTampon);
-    n = int(jpeg_read_scanlines(&c, lignes, JDIMENSION(n)));
+    int lues = 0;
+    while (lues < lot) {
+      const int n = std::min<int>(int(c.rec_outbuf_height), lot - lues);
+      for (int i = 0; i < n; ++i) lignes[i] = rangs.data() + pas * size_t((debut + lues + i) % RangsTampon);
+      const int recues = int(jpeg_read_scanlines(&c, lignes, JDIMENSION(n)));
+      if (recues == 0) break;
+      lues += recues;
+    }
     {
       std::lock_guard<std::mutex> v(tampon.verrou);
-      tampon.produites = debut + n;
+      tampon.produites = debut + lues;
     }
     tampon.signal.notify_all();
+    if (lues < lot) break;  // a suspending source gives no more: left to the checks below
   }
-  travailleur.join();
+  if (int(c.output_scanline) < entreeH) arreter();
+  else travailleur.join();
   const bool complet = reechantillonneur->Complet();
   delete reechantillonneur;
   jpeg_finish_decompress(&c);
