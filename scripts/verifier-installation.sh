@@ -3,10 +3,12 @@
 # place: the headless tool answers (its full half found among the helpers),
 # a good run writes nothing on standard error, the help and the manual pages
 # read, the desktop entry and the AppStream file pass their validators, every
-# installed file where a desktop expects it.
+# installed file where a desktop expects it; the window program, under a
+# virtual display, opens the installed help page from its Aide menu.
 # Usage: scripts/verifier-installation.sh BUILD
 #        scripts/verifier-installation.sh --prefixe PREFIXE   (already installed there)
 set -euo pipefail
+"$(dirname "$0")/installer-paquets.sh" xdotool >/dev/null
 dossier="$(mktemp -d "${TMPDIR:-/tmp}/essai-installation-XXXXXX")"
 if [ "$1" = --prefixe ]; then
   prefixe="$(realpath "$2")"
@@ -46,4 +48,24 @@ LC_ALL=C.UTF-8 man -l "$prefixe/share/man/man1/tessellographe.1" 2>>man-erreurs 
 desktop-file-validate "$prefixe/share/applications/$id.desktop" >validation 2>&1 || true
 [ ! -s validation ] || echec "desktop-file-validate : $(cat validation)"
 appstreamcli validate --no-net "$prefixe/share/metainfo/$id.metainfo.xml" >/dev/null || echec "appstreamcli validate"
+# The window program: not a first run, web pages opened by a recorder.
+mkdir -p "$dossier/maison/programme"
+printf '#!/bin/sh\necho "$1" > "%s/ouvert"\n' "$dossier" > "$dossier/navigateur"
+chmod +x "$dossier/navigateur"
+printf '[General]\r\nNumVersion=%s\r\n[Navigateur]\r\nPathNav=%s\r\n' \
+  "$("$cli" --version | cut -d' ' -f2)" "$dossier/navigateur" > "$dossier/maison/programme/UserConfig.ini"
+# The test environment's offscreen platform would show no window.
+HOME="$dossier/maison" TESSELLOGRAPHE_HOME="$dossier/maison/programme" QT_QPA_PLATFORM=xcb \
+xvfb-run -a -s "-screen 0 1600x1200x24" bash -c '
+  "$1/bin/tessellographe" 2>"$2/programme.err" & programme=$!
+  fenetre=$(timeout 90 xdotool search --sync --onlyvisible --name "Tessellographe : " | head -1)
+  sleep 1
+  xdotool windowfocus "$fenetre"; sleep 0.3
+  xdotool key alt+question; sleep 0.5; xdotool key Return
+  for _ in $(seq 100); do [ -s "$2/ouvert" ] && break; sleep 0.1; done
+  kill "$programme"; wait "$programme" || true' _ "$prefixe" "$dossier"
+attendu="file://$prefixe/share/tessellographe/aide/tessellographe.html"
+[ "$(cat "$dossier/ouvert" 2>/dev/null)" = "$attendu" ] || \
+  echec "l'aide ouverte est « $(cat "$dossier/ouvert" 2>/dev/null) », attendu « $attendu » ; le programme a dit : $(cat "$dossier/programme.err")"
+echo "Le programme installé ouvre sa page d'aide : $attendu"
 echo "Installation vérifiée dans $prefixe"
