@@ -2,8 +2,9 @@
 # Installs what is missing, builds the test build (ASan + UBSan) and runs every test.
 set -euo pipefail
 cd "$(dirname "$0")"
-# ImageJ and GIMP read the scale the saved files carry, for one test.
-scripts/installer-paquets.sh imagej gimp
+# What the script-driven tests use, installed before any test runs: ImageJ and
+# GIMP read the saved files' scale; xdotool drives the installed program.
+scripts/installer-paquets.sh imagej gimp xdotool
 scripts/setup.sh build-test Debug -DTG_SANITIZE=ON -DTG_BENCH=ON
 export QT_QPA_PLATFORM=offscreen
 export ASAN_OPTIONS=detect_leaks=1

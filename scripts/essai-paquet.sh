@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian package and runs both programs from their installed
 # place, through the checks of verifier-installation.sh (the window program
-# among them, opening its installed help page). As root (or through sudo) the package is installed with apt-get,
-# its dependencies with it, and removed at the end (GARDER=1 keeps it);
+# among them, opening its installed help page). As root (or through sudo)
+# the package is installed with apt-get, its dependencies with it, and
+# removed at the end (GARDER=1 keeps it);
 # otherwise, or with JETABLE=1, it is unpacked in a throwaway root and run
 # from there.
 # Usage: scripts/essai-paquet.sh [PAQUET.deb]   (by default the newest of build-paquet/)

@@ -48,6 +48,7 @@ LC_ALL=C.UTF-8 man -l "$prefixe/share/man/man1/tessellographe.1" 2>>man-erreurs 
 desktop-file-validate "$prefixe/share/applications/$id.desktop" >validation 2>&1 || true
 [ ! -s validation ] || echec "desktop-file-validate : $(cat validation)"
 appstreamcli validate --no-net "$prefixe/share/metainfo/$id.metainfo.xml" >/dev/null || echec "appstreamcli validate"
+
 # The window program: not a first run, web pages opened by a recorder.
 mkdir -p "$dossier/maison/programme"
 printf '#!/bin/sh\necho "$1" > "%s/ouvert"\n' "$dossier" > "$dossier/navigateur"

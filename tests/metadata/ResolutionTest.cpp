@@ -10,6 +10,7 @@
 #include "metadata/EchelleExterne.h"
 #include "metadata/Resolution.h"
 #include "tests/metadata/Fabrique.h"
+#include "tests/support/Octets.h"
 
 namespace tg::meta {
 namespace {
@@ -50,15 +51,10 @@ TEST(Resolution, DensiteJfifSeulementSiElleTientEtGardeLEchelle) {
 TEST(Resolution, JpegReecritSansRienToucherDAutre) {
   const QString chemin = QDir::current().filePath("resolution.jpg");
   const QByteArray avant = test::JpegQt(64, 48);
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(avant);
-  f.close();
+  tg::test::EcrireOctets(chemin, avant);
   QString erreur;
   ASSERT_TRUE(EcrireResolution(chemin, 14084.6, &erreur)) << erreur.toStdString();
-  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-  const QByteArray apres = f.readAll();
-  f.close();
+  const QByteArray apres = tg::test::LireOctets(chemin);
   // APP0 first, its 18 bytes the same but for unit and densities.
   ASSERT_EQ(uint8_t(apres[3]), 0xE0);
   const int longueurApp0 = 2 + (uint8_t(avant[4]) << 8 | uint8_t(avant[5]));
@@ -85,8 +81,7 @@ TEST(Resolution, JpegReecritSansRienToucherDAutre) {
 
   // Written again with the same value: the same file.
   ASSERT_TRUE(EcrireResolution(chemin, 14084.6, &erreur));
-  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-  EXPECT_EQ(f.readAll(), apres);
+  EXPECT_EQ(tg::test::LireOctets(chemin), apres);
 }
 
 // A density too fine for JFIF's 16 bits: the APP0 segment goes, the EXIF
@@ -96,15 +91,10 @@ TEST(Resolution, DensiteTropFineSansSegmentJfif) {
   const QByteArray avant = test::JpegQt(64, 48);
   ASSERT_EQ(uint8_t(avant[3]), 0xE0);
   const int app0 = 2 + 2 + (uint8_t(avant[4]) << 8 | uint8_t(avant[5]));
-  QFile f(chemin);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(avant);
-  f.close();
+  tg::test::EcrireOctets(chemin, avant);
   QString erreur;
   ASSERT_TRUE(EcrireResolution(chemin, 100000, &erreur)) << erreur.toStdString();
-  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-  const QByteArray apres = f.readAll();
-  f.close();
+  const QByteArray apres = tg::test::LireOctets(chemin);
   ASSERT_EQ(uint8_t(apres[3]), 0xE1);
   const int exif = 2 + (uint8_t(apres[4]) << 8 | uint8_t(apres[5]));
   EXPECT_EQ(apres.mid(2 + exif), avant.mid(app0));
@@ -115,8 +105,7 @@ TEST(Resolution, DensiteTropFineSansSegmentJfif) {
   ASSERT_NE(x, nullptr);
   EXPECT_DOUBLE_EQ(x->GetDataVariant(), 100000);
   ASSERT_TRUE(EcrireResolution(chemin, 100000, &erreur));
-  ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-  EXPECT_EQ(f.readAll(), apres);
+  EXPECT_EQ(tg::test::LireOctets(chemin), apres);
 }
 
 TEST(Resolution, AutreFichierRefuseIntact) {
