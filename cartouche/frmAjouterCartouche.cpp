@@ -1377,6 +1377,7 @@ void frmAjouterCartouche::cmdSuite() {
     if (auto* exif = principal_->findChild<QPlainTextEdit*>(QStringLiteral("txtExif")))
       exif->setPlainText(s_.CommentaireImage);
     principal_->AfficherImage(s_.ImageCourante);
+    principal_->LibelleBoutonMeta(QStringLiteral("Voir nouvelles Méta-Données"));
     principal_->AppliquerEtape();
     principal_->AfficherInfosImage();
     principal_->show();

@@ -201,8 +201,9 @@ void ExtraireMetaComment(SessionRecord& s) {
     s.Famille = lire("Famille");
     s.Genre = lire("Genre");
     s.Espece = lire("Espece");
-    if (!s.Application.isEmpty()) {
-      s.ImageDejaFormatee = true;
+    // Decided for each file: a block of ours marks this picture, and this one only.
+    s.ImageDejaFormatee = !s.Application.isEmpty();
+    if (s.ImageDejaFormatee) {
       s.MicroscopeMeta = lire("Microscope");
       s.ApPhotoMeta = lire("ApPhoto");
       s.ObjectifMeta = lire("Objectif");

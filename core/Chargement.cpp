@@ -49,7 +49,7 @@ bool ChargerEntete(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
   return true;
 }
 
-QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin, QSize tailleFichier) {
+QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, QString chemin, QSize tailleFichier) {
   QStringList erreurs;
   ReinitialiserSession(s, ai, tailleFichier);
   s.PathOrigine = chemin;

@@ -29,7 +29,7 @@ bool ChargerBitmap(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin
 // set, ExifTexte, IptcTexte and CommentaireImage read. Returns one
 // "Error - " text per failed metadata call; the readers of step 7 (LireMeta)
 // come after.
-QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, const QString& chemin,
+QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, QString chemin,
                            QSize tailleFichier = {});
 // ChargerBitmap for a picture that goes straight to resizing: a JPEG's header
 // and metadata only, its pixels decoded by RedimensionnerSession straight to

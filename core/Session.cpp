@@ -39,6 +39,16 @@ void ReinitialiserSession(SessionRecord& s, cAdvancedImagery& ai, QSize tailleFi
   s.PoidsFichier = 0;
   s.MicronsParPixelExterne = 0;
   s.SourceEchelleExterne.clear();
+  // What belonged to the former picture: its block, its final picture, its
+  // annotations, its scale, the way it was opened. The readers and windows
+  // decide them again for this one.
+  s.ImageDejaFormatee = false;
+  s.ImageFinale = false;
+  s.AnnotationsPresentes = false;
+  s.ModeEtalon = false;
+  s.MesureTemp = false;
+  s.DepuisCartouche = false;
+  s.MicronsParPixel = 0;
 
   // Cartouche fields. The seven classification keys stay: the reader of the
   // comment block overwrites them.

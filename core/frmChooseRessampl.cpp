@@ -96,8 +96,13 @@ int frmChooseRessampl::CodeChoisi() const {
 
 void frmChooseRessampl::cmdAppliquer() {
   const int code = CodeChoisi();
+  // Without a picture there is nothing to resize, keep or reload.
+  if (w_.Session().ImageCourante.Vide()) {
+    close();
+    return;
+  }
+  if (!Redimensionner(w_, code)) return;
   lblChoixOk_->setText(QString::fromUtf8(Reechantillonneurs[size_t(code - 1)].resultat));
-  Redimensionner(w_, code);
   frame1_->hide();
   frame2_->show();
 }
@@ -112,7 +117,9 @@ void frmChooseRessampl::cmdConsever() {
 void frmChooseRessampl::cmdReinit() {
   frame1_->show();
   frame2_->hide();
-  ChargerImage(w_, w_.Session().PathOrigine);
+  // The same file again, as often as the user compares resamplers; when it
+  // cannot be read any more the load has closed the picture and said why.
+  if (!ChargerImage(w_, w_.Session().PathOrigine)) close();
 }
 
 void frmChooseRessampl::cmdSortir() { close(); }

@@ -686,6 +686,14 @@ void frmFichierPhoto::AgrandirTxtExif() {
   if (auto* r = findChild<QPushButton*>(QStringLiteral("cmdReduirTxtExif"))) r->show();
 }
 
+void frmFichierPhoto::LibelleBoutonMeta(const QString& texte) {
+  auto* b = findChild<QPushButton*>(QStringLiteral("cmdAgrandirTxtExif"));
+  if (!b) return;
+  b->setText(texte);
+  b->setFixedWidth(texte.size() <= 1 ? 26 : b->fontMetrics().horizontalAdvance(texte) + 16);
+  b->show();
+}
+
 void frmFichierPhoto::ReduireTxtExif() {
   txtExifAgrandi_ = false;
   PlacerTxtExif();
@@ -943,10 +951,13 @@ void frmFichierPhoto::CopierFichier() {
   picDialogueCopier_->hide();
   QString dossier = s_.RepTravail;
   if (dossier.isEmpty()) dossier = s_.DocPath.isEmpty() ? DossierDocuments() : s_.DocPath;
-  const QString chemin = Dialogues().FichierEnregistrer(
+  QString chemin = Dialogues().FichierEnregistrer(
       QStringLiteral("  Sauver l'image en cours ..."), dossier, QStringLiteral("AAA_Copie_1"),
       QStringLiteral("Jpeg (*.jpg)|*.jpg"));
   if (chemin.isEmpty()) return;  // cancelled
+  // The copy is a JPEG and keeps that extension, or the open dialog would hide it.
+  const QString suffixe = QFileInfo(chemin).suffix().toLower();
+  if (suffixe != u"jpg" && suffixe != u"jpeg") chemin += QStringLiteral(".jpg");
   // Later stages hold the final picture: its copy would pass for a result.
   if (s_.Etape != 1 && s_.Etape != 2) {
     Dialogues().Message(Titre(),

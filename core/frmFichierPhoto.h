@@ -70,6 +70,9 @@ class frmFichierPhoto : public QMainWindow {
   // Reduces the metadata box (txtExif) to its small height.
   void ReduireTxtExif();
   void AgrandirTxtExif();
+  // The metadata button's caption: "+" after a load, "Voir nouvelles
+  // Méta-Données" once the final picture has its new block; shown.
+  void LibelleBoutonMeta(const QString& texte);
 
   // Tool windows opened through the hooks are registered here, so that the
   // end of the session closes them from the last opened to the first.

@@ -106,7 +106,7 @@ class DepotFichiers : public QObject {
 
 }  // namespace
 
-bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
+bool ChargerImage(frmFichierPhoto& w, QString chemin) {
   SessionRecord& s = w.Session();
   cAdvancedImagery& ai = w.Imagerie();
   QElapsedTimer tick;
@@ -155,8 +155,8 @@ bool ChargerImage(frmFichierPhoto& w, const QString& chemin) {
   TexteTick(w, "charg. = " + QString::number(tick.elapsed()) + " ms");
   LireMeta(s);
   LireEchelleExterne(s, chemin);
+  w.LibelleBoutonMeta(QStringLiteral("+"));
   auto* agrandir = Controle<QPushButton>(w, "cmdAgrandirTxtExif");
-  if (agrandir) agrandir->setText(QStringLiteral("+"));
   const AffichageExif a = ExifApresChargement(s);
   if (txtExif) {
     txtExif->setPlainText(a.texte);
@@ -229,10 +229,15 @@ void G_ChangeFormat(frmFichierPhoto& w) {
 
 bool Redimensionner(frmFichierPhoto& w, int filtre) {
   SessionRecord& s = w.Session();
+  // The resize alone is timed: not the display, not the user's time in the
+  // resampling window.
+  QElapsedTimer tick;
+  tick.start();
   if (!RedimensionnerSession(s, w.Imagerie(), filtre, true)) {
     Erreur("Error - " + w.Imagerie().Error_GetLast());
     return false;
   }
+  TexteTick(w, "redim = " + QString::number(tick.elapsed()) + " ms");
   w.AfficherImage(s.ImageCourante);
   w.AfficherInfosImage();
   return true;
@@ -240,37 +245,23 @@ bool Redimensionner(frmFichierPhoto& w, int filtre) {
 
 void mnuRedimAuto(frmFichierPhoto& w) {
   SessionRecord& s = w.Session();
-  auto tick = std::make_shared<QElapsedTimer>();
-  tick->start();
   TexteTick(w, QString());
-  const auto montrerTemps = [&w, tick] {
-    TexteTick(w, "redim = " + QString::number(tick->elapsed()) + " ms");
-  };
-  if (s.ImageCourante.Vide()) {
-    montrerTemps();
-    return;
-  }
+  if (s.ImageCourante.Vide()) return;
   if (s.MethodeRedim == u"0") {
-    // The time shows when the window is gone, as after the silent way.
     auto* f = new frmChooseRessampl(w);
     // The main road waits for the choice: the main window takes no input meanwhile.
     f->setWindowModality(Qt::WindowModal);
-    QObject::connect(f, &QObject::destroyed, &w, montrerTemps);
     w.FenetreOuverte(f);
     f->show();
     return;
   }
   {
     Occupe occupe;
-    if (!Redimensionner(w, 3)) {
-      montrerTemps();
-      return;
-    }
+    if (!Redimensionner(w, 3)) return;
     w.AjusterAffichage();
   }
   s.Etape = 2;
   w.AppliquerEtape();
-  montrerTemps();
 }
 
 namespace {

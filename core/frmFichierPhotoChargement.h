@@ -9,7 +9,9 @@ class frmFichierPhoto;
 
 // Replaces the session image by the file. On failure the session ends in
 // stage 0 with the balloon "Erreur chargement ..."; false then.
-bool ChargerImage(frmFichierPhoto& w, const QString& chemin);
+// The path is taken by value: callers hand the session's own PathOrigine,
+// which the load empties before it records the new one.
+bool ChargerImage(frmFichierPhoto& w, QString chemin);
 // Recognises a file already formatted, or adapts the format to a small image.
 void ControleImage(frmFichierPhoto& w);
 // The file at the head of the recent list and of the "Récents" menu.

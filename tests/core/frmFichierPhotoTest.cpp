@@ -301,6 +301,12 @@ TEST_F(FenetrePrincipale, CopieFichierAcceptee) {
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   EXPECT_TRUE(f.read(3).startsWith("\xFF\xD8\xFF"));  // a JPEG
   EXPECT_FALSE(panneau->isVisibleTo(w.get()));
+
+  // A name typed without its extension gets ".jpg", so that the open dialog shows it.
+  dlg.chaines = {DossierDocuments() + "AAA_Copie_1"};
+  C<QPushButton>("cmdCopierFichier")->click();
+  EXPECT_TRUE(QFile::exists(DossierDocuments() + "AAA_Copie_1.jpg"));
+  EXPECT_FALSE(QFile::exists(DossierDocuments() + "AAA_Copie_1"));
 }
 
 TEST_F(FenetrePrincipale, CopieFichierRefuseeApresLeCartouche) {
