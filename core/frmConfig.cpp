@@ -119,32 +119,44 @@ QString TextePoidsImage(const QString& poids) {
          " ko\n\nAttention, vérifiez si votre forum le permet !\n\nContinuer ?";
 }
 
-bool EcrireConfiguration(const ValeursConfig& v) {
+bool EcrireConfiguration(const ValeursConfig& v, const ValeursConfig* affichees) {
   const QString f = CheminUserConfig();
-  const std::pair<const char*, std::pair<const char*, const QString*>> cles[] = {
-      {"General", {"NumVersion", &v.NumVersion}},
-      {"General", {"NomAuteur", &v.NomAuteur}},
-      {"General", {"NomFichImage", &v.NomFichImage}},
-      {"General", {"NextNumberImage", &v.NextNumberImage}},
-      {"General", {"TitreImage", &v.TitreImage}},
-      {"General", {"ImageAccueil", &v.ImageAccueil}},
-      {"General", {"MajAuto", &v.MajAuto}},
-      {"General", {"MessageBox", &v.MessageBox}},
-      {"General", {"MethodeRedim", &v.MethodeRedim}},
-      {"Dossier", {"RepTravail", &v.RepTravail}},
-      {"Dossier", {"RepEtalon", &v.RepEtalon}},
-      {"Dossier", {"RepApPhoto", &v.RepApPhoto}},
-      {"Dossier", {"ModeOuvrir", &v.ModeOuvrir}},
-      {"FormatImage", {"CartoucheHB", &v.CartoucheHB}},
-      {"FormatImage", {"ChoixFormatMesure", &v.ChoixFormatMesure}},
-      {"FormatImage", {"PoidsMax", &v.PoidsMax}},
-      {"Navigateur", {"PathNav", &v.PathNav}},
+  using Champ = QString ValeursConfig::*;
+  const std::pair<const char*, std::pair<const char*, Champ>> cles[] = {
+      {"General", {"NumVersion", &ValeursConfig::NumVersion}},
+      {"General", {"NomAuteur", &ValeursConfig::NomAuteur}},
+      {"General", {"NomFichImage", &ValeursConfig::NomFichImage}},
+      {"General", {"NextNumberImage", &ValeursConfig::NextNumberImage}},
+      {"General", {"TitreImage", &ValeursConfig::TitreImage}},
+      {"General", {"ImageAccueil", &ValeursConfig::ImageAccueil}},
+      {"General", {"MajAuto", &ValeursConfig::MajAuto}},
+      {"General", {"MessageBox", &ValeursConfig::MessageBox}},
+      {"General", {"MethodeRedim", &ValeursConfig::MethodeRedim}},
+      {"Dossier", {"RepTravail", &ValeursConfig::RepTravail}},
+      {"Dossier", {"RepEtalon", &ValeursConfig::RepEtalon}},
+      {"Dossier", {"RepApPhoto", &ValeursConfig::RepApPhoto}},
+      {"Dossier", {"ModeOuvrir", &ValeursConfig::ModeOuvrir}},
+      {"FormatImage", {"CartoucheHB", &ValeursConfig::CartoucheHB}},
+      {"FormatImage", {"ChoixFormatMesure", &ValeursConfig::ChoixFormatMesure}},
+      {"FormatImage", {"PoidsMax", &ValeursConfig::PoidsMax}},
+      {"Navigateur", {"PathNav", &ValeursConfig::PathNav}},
+  };
+  // No value of the file can hold this one: it tells a missing key.
+  const QString absente(QChar(1));
+  const auto ecrire = [&](const QString& section, const QString& cle, const QString& valeur,
+                          const QString* affichee) {
+    if (affichee && *affichee == valeur && LireIni(section, cle, f, absente) != absente) return true;
+    return EcrireIni(section, cle, valeur, f);
   };
   bool ok = true;
   for (const auto& [section, cle] : cles)
-    ok = EcrireIni(QLatin1String(section), QLatin1String(cle.first), *cle.second, f) && ok;
-  for (int i = 0; i < 4; ++i)
-    ok = EcrireIni("Application", "ApExt" + QString::number(i), v.ApExt[size_t(i)], f) && ok;
+    ok = ecrire(QLatin1String(section), QLatin1String(cle.first), v.*(cle.second),
+                affichees ? &(affichees->*(cle.second)) : nullptr) &&
+         ok;
+  for (size_t i = 0; i < 4; ++i)
+    ok = ecrire(QStringLiteral("Application"), "ApExt" + QString::number(i), v.ApExt[i],
+                affichees ? &affichees->ApExt[i] : nullptr) &&
+         ok;
   return ok;
 }
 
@@ -444,6 +456,7 @@ void frmConfig::Charger() {
   txtNavFull_->setText(explorer ? QStringLiteral("Explorer") : s_.PathNav);
   txtNavName_->setText(explorer ? QString() : QFileInfo(s_.PathNav).fileName());
   cmdChoisirNav_->setEnabled(!explorer);
+  affichees_ = ValeursFenetre();
 }
 
 void frmConfig::AfficherApExt() {
@@ -589,6 +602,11 @@ void frmConfig::cmdOK() {
   if (!ControleNonNul(txtPoidsMax_->text()) || !ControleNonNul(txtNextNumberImage_->text())) return;
   const double poids = Valeur(txtPoidsMax_->text());
   const double numero = Valeur(txtNextNumberImage_->text());
+  // Stored as integers: what rounds to 0 ("0,4" ko) would make every trial too heavy.
+  if (Arrondir(poids) < 1 || Arrondir(numero) < 1) {
+    Dialogues().Message(kNumerique, QStringLiteral("Chiffres uniquement et non nul !"), Icone::Exclamation);
+    return;
+  }
   if (Arrondir(poids) > std::numeric_limits<int16_t>::max() ||
       Arrondir(numero) > std::numeric_limits<int32_t>::max()) {
     Dialogues().Message(kNumerique, QStringLiteral("Valeur trop grande !"), Icone::Exclamation);
@@ -602,28 +620,8 @@ void frmConfig::cmdOK() {
                            Reponse::Oui, Icone::Question) != Reponse::Oui)
     return;
 
-  // 4. Every key, in order.
-  ValeursConfig v;
-  v.NumVersion = s_.NumVersion;
-  v.NomAuteur = txtNomAuteur_->text();
-  v.NomFichImage = txtNomFichImage_->text();
-  v.NextNumberImage = Entier(txtNextNumberImage_->text());
-  v.TitreImage = Un(chkTitreImage_->isChecked());
-  v.ImageAccueil = Un(chkImageAccueil_->isChecked());
-  v.MajAuto = Un(chkMajAuto_->isChecked());
-  v.MessageBox = Un(!chkMessageBox_->isChecked());
-  v.MethodeRedim = Un(!chkMethodeRedim_->isChecked());
-  v.RepTravail = txtRep_[0]->text().trimmed();
-  v.RepEtalon = txtRep_[1]->text().trimmed();
-  v.RepApPhoto = txtRep_[2]->text().trimmed();
-  v.ModeOuvrir = Un(!chkModeOuvrir_->isChecked());
-  v.CartoucheHB = Un(optCartoucheHB_[1]->isChecked());
-  v.ChoixFormatMesure = Un(optTailleMesure_[1]->isChecked());
-  v.PoidsMax = Entier(txtPoidsMax_->text());
-  v.PathNav = optNav_[1]->isChecked() && !txtNavFull_->text().isEmpty() ? txtNavFull_->text()
-                                                                         : QStringLiteral("Explorer");
-  v.ApExt = apExt_;
-  if (!EcrireConfiguration(v)) {
+  // 4. Every key the user changed, in order.
+  if (!EcrireConfiguration(ValeursFenetre(), &affichees_)) {
     Erreur(75, QStringLiteral("Erreur d'accès au chemin/fichier"), QStringLiteral("cmdOK_Click"));
     return;
   }
@@ -644,6 +642,30 @@ void frmConfig::cmdOK() {
   RecupereValeurIni(s_);
   if (principale_ != nullptr) principale_->RafraichirApplicationsExternes();
   close();
+}
+
+ValeursConfig frmConfig::ValeursFenetre() const {
+  ValeursConfig v;
+  v.NumVersion = s_.NumVersion;
+  v.NomAuteur = txtNomAuteur_->text();
+  v.NomFichImage = txtNomFichImage_->text();
+  v.NextNumberImage = Entier(txtNextNumberImage_->text());
+  v.TitreImage = Un(chkTitreImage_->isChecked());
+  v.ImageAccueil = Un(chkImageAccueil_->isChecked());
+  v.MajAuto = Un(chkMajAuto_->isChecked());
+  v.MessageBox = Un(!chkMessageBox_->isChecked());
+  v.MethodeRedim = Un(!chkMethodeRedim_->isChecked());
+  v.RepTravail = txtRep_[0]->text().trimmed();
+  v.RepEtalon = txtRep_[1]->text().trimmed();
+  v.RepApPhoto = txtRep_[2]->text().trimmed();
+  v.ModeOuvrir = Un(!chkModeOuvrir_->isChecked());
+  v.CartoucheHB = Un(optCartoucheHB_[1]->isChecked());
+  v.ChoixFormatMesure = Un(optTailleMesure_[1]->isChecked());
+  v.PoidsMax = Entier(txtPoidsMax_->text());
+  v.PathNav = optNav_[1]->isChecked() && !txtNavFull_->text().isEmpty() ? txtNavFull_->text()
+                                                                         : QStringLiteral("Explorer");
+  v.ApExt = apExt_;
+  return v;
 }
 
 void frmConfig::cmdAnnuler() { close(); }

@@ -49,9 +49,12 @@ struct ValeursConfig {
       ChoixFormatMesure, PoidsMax, PathNav;
   std::array<QString, 4> ApExt;
 };
-// Writes every key, in the order NumVersion .. PathNav, ApExt0 .. ApExt3.
-// False when the file could not be written.
-bool EcrireConfiguration(const ValeursConfig& v);
+// Writes the keys, in the order NumVersion .. PathNav, ApExt0 .. ApExt3; with
+// `affichees` (what the window showed when it opened), a key present in the
+// file whose value the user left as shown is not written: a value the program
+// could not read stays as the user wrote it. False when the file could not be
+// written.
+bool EcrireConfiguration(const ValeursConfig& v, const ValeursConfig* affichees = nullptr);
 
 // "Standard" (1) or "reduced" (0) display of the measuring window from the
 // key, or from the screen's width when the key is empty.
@@ -102,6 +105,8 @@ class frmConfig : public QWidget {
   SessionRecord& s_;
   frmFichierPhoto* principale_;
   std::array<QString, 4> apExt_;  // full paths; the list shows their titles
+  ValeursConfig affichees_;        // what the fields showed after Charger
+  ValeursConfig ValeursFenetre() const;
 
   QTabWidget* onglets_ = nullptr;
   QWidget* ongletObjectifs_ = nullptr;

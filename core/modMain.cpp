@@ -89,43 +89,61 @@ void RecupereValeurIni(SessionRecord& s) {
   auto lire = [&f](const char* section, const char* cle, const QString& defaut) {
     return LireIni(section, cle, f, defaut);
   };
-  try {
-    s.NumVersion = lire("General", "NumVersion", "");
-    s.NomAuteur = lire("General", "NomAuteur", "Votre nom");
-    s.NomFichImage = lire("General", "NomFichImage", "forum_");
-    s.NextNumberImage = Entier32(lire("General", "NextNumberImage", "1"));
-    s.TitreImageConfig = Caractere(lire("General", "TitreImage", "1"));
-    s.ImageAccueil = lire("General", "ImageAccueil", "1");
-    s.MessageBox = Entier32(lire("General", "MessageBox", "0"));
-    s.MajAuto = Caractere(lire("General", "MajAuto", "1"));
-    s.MethodeRedim = Caractere(lire("General", "MethodeRedim", "0"));
-    // Folder defaults are computed from the documents folder at this moment.
-    s.RepTravail = lire("Dossier", "RepTravail", base + "/ImageTravail");
-    s.RepEtalon = lire("Dossier", "RepEtalon", base + "/ImageEtalon");
-    s.RepApPhoto = lire("Dossier", "RepApPhoto", s.DocPath);
-    s.ModeOuvrir = Caractere(lire("Dossier", "ModeOuvrir", "0"));
-    s.ChoixFormatMesure = lire("FormatImage", "ChoixFormatMesure", "");
-    s.PoidsMax = Entier16(lire("FormatImage", "PoidsMax", "250"));
-    s.CartoucheHB = Caractere(lire("FormatImage", "CartoucheHB", "1"));
-    s.ApnLarg = Entier16(lire("FormatImage", "ApnLarg", "800"));
-    s.ApnHaut = Entier16(lire("FormatImage", "ApnHaut", "600"));
-    s.WcLarg = Entier16(lire("FormatImage", "WcLarg", "640"));
-    s.WcHaut = Entier16(lire("FormatImage", "WcHaut", "480"));
-    s.FontName1 = lire("FormatImage", "FontName1", "Comic Sans MS");
-    s.FontSize1 = Entier16(lire("FormatImage", "FontSize1", "10"));
-    s.FontBold1 = Booleen(lire("FormatImage", "FontBold1", "VRAI"));
-    s.FontItalic1 = Booleen(lire("FormatImage", "FontItalic1", "FAUX"));
-    s.FontName2 = lire("FormatImage", "FontName2", "Arial");
-    s.FontSize2 = Entier16(lire("FormatImage", "FontSize2", "8"));
-    s.FontBold2 = Booleen(lire("FormatImage", "FontBold2", "FAUX"));
-    s.FontItalic2 = Booleen(lire("FormatImage", "FontItalic2", "FAUX"));
-    s.PathNav = lire("Navigateur", "PathNav", "Explorer");
-    for (int i = 0; i < 4; ++i)
-      s.ApExt[i] = LireIni("Application", "ApExt" + QString::number(i), f, "");
-  } catch (const ErreurLecture& e) {
-    Dialogues().Message(QString(), TexteErreur(e.numero, e.texte, "RecupereValeurIni", "modMain"),
-                        Icone::Critique);
-  }
+  // A value that does not read gives its key the default, alone: every other
+  // key is still read, and the file is not touched.
+  QStringList illisibles;
+  auto prendre = [&](auto& champ, const char* section, const char* cle, const QString& defaut, auto convertir) {
+    const QString valeur = lire(section, cle, defaut);
+    try {
+      champ = convertir(valeur);
+    } catch (const ErreurLecture& e) {
+      champ = convertir(defaut);
+      illisibles << QStringLiteral("[%1] %2=%3 (%4 ; valeur par défaut : %5)")
+                        .arg(QLatin1String(section), QLatin1String(cle), valeur, e.texte.toLower(), defaut);
+    }
+  };
+  s.NumVersion = lire("General", "NumVersion", "");
+  s.NomAuteur = lire("General", "NomAuteur", "Votre nom");
+  s.NomFichImage = lire("General", "NomFichImage", "forum_");
+  prendre(s.NextNumberImage, "General", "NextNumberImage", "1", Entier32);
+  s.TitreImageConfig = Caractere(lire("General", "TitreImage", "1"));
+  s.ImageAccueil = lire("General", "ImageAccueil", "1");
+  prendre(s.MessageBox, "General", "MessageBox", "0", Entier32);
+  s.MajAuto = Caractere(lire("General", "MajAuto", "1"));
+  s.MethodeRedim = Caractere(lire("General", "MethodeRedim", "0"));
+  // Folder defaults are computed from the documents folder at this moment.
+  s.RepTravail = lire("Dossier", "RepTravail", base + "/ImageTravail");
+  s.RepEtalon = lire("Dossier", "RepEtalon", base + "/ImageEtalon");
+  s.RepApPhoto = lire("Dossier", "RepApPhoto", s.DocPath);
+  s.ModeOuvrir = Caractere(lire("Dossier", "ModeOuvrir", "0"));
+  s.ChoixFormatMesure = lire("FormatImage", "ChoixFormatMesure", "");
+  prendre(s.PoidsMax, "FormatImage", "PoidsMax", "250", Entier16);
+  s.CartoucheHB = Caractere(lire("FormatImage", "CartoucheHB", "1"));
+  prendre(s.ApnLarg, "FormatImage", "ApnLarg", "800", Entier16);
+  prendre(s.ApnHaut, "FormatImage", "ApnHaut", "600", Entier16);
+  prendre(s.WcLarg, "FormatImage", "WcLarg", "640", Entier16);
+  prendre(s.WcHaut, "FormatImage", "WcHaut", "480", Entier16);
+  s.FontName1 = lire("FormatImage", "FontName1", "Comic Sans MS");
+  prendre(s.FontSize1, "FormatImage", "FontSize1", "10", Entier16);
+  prendre(s.FontBold1, "FormatImage", "FontBold1", "VRAI", Booleen);
+  prendre(s.FontItalic1, "FormatImage", "FontItalic1", "FAUX", Booleen);
+  s.FontName2 = lire("FormatImage", "FontName2", "Arial");
+  prendre(s.FontSize2, "FormatImage", "FontSize2", "8", Entier16);
+  prendre(s.FontBold2, "FormatImage", "FontBold2", "FAUX", Booleen);
+  prendre(s.FontItalic2, "FormatImage", "FontItalic2", "FAUX", Booleen);
+  s.PathNav = lire("Navigateur", "PathNav", "Explorer");
+  for (int i = 0; i < 4; ++i) s.ApExt[i] = LireIni("Application", "ApExt" + QString::number(i), f, "");
+  if (!illisibles.isEmpty())
+    Dialogues().Message(QStringLiteral("Configuration"),
+                        TexteValeursIllisibles(QDir::toNativeSeparators(f), illisibles), Icone::Exclamation);
+}
+
+QString TexteValeursIllisibles(const QString& fichier, const QStringList& lignes) {
+  return "Le fichier de configuration « " + fichier + " » contient " +
+         (lignes.size() == 1 ? QStringLiteral("une valeur illisible :") : QStringLiteral("des valeurs illisibles :")) +
+         "\n" + lignes.join(u'\n') +
+         "\n\nLes autres réglages sont lus normalement ; le fichier n'est pas modifié "
+         "tant que vous ne changez pas ces réglages dans les options.";
 }
 
 bool EcrireObjectifDefaut() {

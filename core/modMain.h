@@ -13,9 +13,12 @@ QString CheminObjectif();    // RepApplication() + "objectif.dat"
 QString CheminRecent();      // RepApplication() + "recent.dat"
 
 // Reads every key of UserConfig.ini into the record (defaults for missing
-// keys), creating the default working folders first. Errors are reported
-// "Error n (text) in procedure RecupereValeurIni of Module modMain".
+// keys), creating the default working folders first. A value that does not
+// read (not a number, beyond 16 bits...) gives that key its default alone;
+// one message then names the file, each such key and its value.
 void RecupereValeurIni(SessionRecord& s);
+// The text of that message; `lignes` one "[Section] Cle=valeur (...)" each.
+QString TexteValeursIllisibles(const QString& fichier, const QStringList& lignes);
 
 // objectif.dat at first run: 4, 10, 20, 40, 100 then empty items to 30 lines.
 bool EcrireObjectifDefaut();

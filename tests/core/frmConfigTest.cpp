@@ -203,6 +203,52 @@ TEST_F(FenetreConfig, NombresRefusesRienNEstEcrit) {
   EXPECT_TRUE(Ouverte());
 }
 
+TEST_F(FenetreConfig, UnPoidsQuiSArrondiraitAZeroEstRefuse) {
+  EcrireObjectifDefaut();
+  Ouvrir();
+  for (const char* poids : {"0,4", "0.5"}) {
+    dlg.appels.clear();
+    C("txtPoidsMax")->setText(poids);
+    Cliquer("cmdOK");
+    EXPECT_EQ(dlg.Textes(), QStringList({"Chiffres uniquement et non nul !"})) << poids;
+    EXPECT_FALSE(FileExists(CheminUserConfig()));
+    EXPECT_TRUE(Ouverte());
+  }
+  C("txtPoidsMax")->setText("0,6");  // rounds to 1 ko
+  Cliquer("cmdOK");
+  EXPECT_EQ(LireIni("FormatImage", "PoidsMax", CheminUserConfig(), "?"), "1");
+}
+
+TEST_F(FenetreConfig, OKNEcritQueCeQueLUtilisateurAChange) {
+  EcrireObjectifDefaut();
+  const QString f = CheminUserConfig();
+  EcrireIni("FormatImage", "PoidsMax", "abc", f);
+  EcrireIni("General", "NomAuteur", "A. Nonyme", f);
+  for (int i = 0; i < 4; ++i) EcrireIni("Application", "ApExt" + QString::number(i), "/opt/editeur" + QString::number(i), f);
+  RecupereValeurIni(s);
+  dlg.appels.clear();
+  Ouvrir();
+  EXPECT_EQ(C("txtPoidsMax")->text(), "250");
+  C("txtNextNumberImage")->setText("7");
+  Cliquer("cmdOK");
+  EXPECT_FALSE(Ouverte());
+  // The user's change is written; the unreadable value stays as the user
+  // wrote it; the editors are kept.
+  EXPECT_EQ(LireIni("General", "NextNumberImage", f, "?"), "7");
+  EXPECT_EQ(LireIni("FormatImage", "PoidsMax", f, "?"), "abc");
+  EXPECT_EQ(LireIni("General", "NomAuteur", f, "?"), "A. Nonyme");
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(LireIni("Application", "ApExt" + QString::number(i), f, "?"), "/opt/editeur" + QString::number(i));
+  EXPECT_EQ(s.ApExt[2], "/opt/editeur2");
+
+  // A value the user types over it is written.
+  Ouvrir();
+  C("txtPoidsMax")->setText("180");
+  Cliquer("cmdOK");
+  EXPECT_EQ(LireIni("FormatImage", "PoidsMax", f, "?"), "180");
+  EXPECT_EQ(s.PoidsMax, 180);
+}
+
 TEST_F(FenetreConfig, ListeObjectifsVideRetient) {
   EcrireObjectifDefaut();
   Ouvrir();

@@ -67,20 +67,38 @@ TEST(RecupereValeurIni, LitLesValeursPresentes) {
   EXPECT_TRUE(d.appels.empty());
 }
 
-TEST(RecupereValeurIni, ValeurIllisibleSignaleeEnFormeStandard) {
+TEST(RecupereValeurIni, UneValeurIllisiblePrendSonDefautSeuleEtEstNommee) {
   test::DialoguesScriptes d;
-  test::EcrireOctets(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=beaucoup\r\n");
+  // The bad key in the middle: every key after it must still be read.
+  const QByteArray contenu =
+      "[General]\r\nNomAuteur=J. Dupr\xE9\r\nMessageBox=1\r\n"
+      "[FormatImage]\r\nPoidsMax=abc\r\nApnLarg=1024\r\nApnHaut=768\r\nFontName1=Verdana\r\n"
+      "FontSize1=40000\r\nFontBold2=VRAI\r\n[Navigateur]\r\nPathNav=/usr/bin/firefox\r\n"
+      "[Application]\r\nApExt0=/usr/bin/gimp\r\nApExt3=/usr/bin/darktable\r\n";
+  test::EcrireOctets(CheminUserConfig(), contenu);
   SessionRecord s;
   RecupereValeurIni(s);
-  ASSERT_EQ(d.appels.size(), 1u);
-  EXPECT_EQ(d.Dernier().texte,
-            "Error 13 (Incompatibilité de type) in procedure RecupereValeurIni of Module modMain");
+  EXPECT_EQ(s.PoidsMax, 250);
+  EXPECT_EQ(s.FontSize1, 10);
+  EXPECT_EQ(s.NomAuteur, "J. Dupré");
+  EXPECT_EQ(s.MessageBox, 1);
+  EXPECT_EQ(s.ApnLarg, 1024);
+  EXPECT_EQ(s.ApnHaut, 768);
+  EXPECT_EQ(s.FontName1, "Verdana");
+  EXPECT_TRUE(s.FontBold2);
+  EXPECT_EQ(s.PathNav, "/usr/bin/firefox");
+  EXPECT_EQ(s.ApExt[0], "/usr/bin/gimp");
+  EXPECT_EQ(s.ApExt[3], "/usr/bin/darktable");
 
-  d.appels.clear();
-  test::EcrireOctets(CheminUserConfig(), "[FormatImage]\r\nPoidsMax=40000\r\n");  // beyond 16 bits
-  RecupereValeurIni(s);
-  ASSERT_EQ(d.appels.size(), 1u);
-  EXPECT_TRUE(d.Dernier().texte.startsWith("Error 6 ("));
+  // One message, naming the file, the keys and their values.
+  ASSERT_EQ(d.appels.size(), 1u) << d.Textes().join(" | ").toStdString();
+  const QString texte = d.Dernier().texte;
+  EXPECT_TRUE(texte.contains(CheminUserConfig())) << texte.toStdString();
+  EXPECT_TRUE(texte.contains("[FormatImage] PoidsMax=abc")) << texte.toStdString();
+  EXPECT_TRUE(texte.contains("[FormatImage] FontSize1=40000")) << texte.toStdString();
+  EXPECT_FALSE(texte.contains("Error ")) << texte.toStdString();
+  // Reading writes nothing.
+  EXPECT_EQ(test::LireOctets(CheminUserConfig()), contenu);
 }
 
 TEST(Objectifs, PremierLancementPuisLecture) {
