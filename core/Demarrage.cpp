@@ -104,7 +104,9 @@ QString TextePremierLancement(const QString& pays, const QString& separateur) {
       QStringLiteral("mais vous pouvez aussi le faire plus tard."),
       QStringLiteral("(N'oubliez pas de mettre à jour votre liste d'objectifs !)"),
       QStringLiteral("Infos pour la saisie des champs numériques: "),
-      pays + ": Votre séparateur décimal est " + MotSeparateur(separateur)}
+      // Without a country (a locale such as C), the sentence stands alone.
+      (pays.trimmed().isEmpty() ? QString() : pays + ": ") + "Votre séparateur décimal est " +
+          MotSeparateur(separateur)}
       .join(u'\n');
 }
 

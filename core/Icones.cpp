@@ -1,5 +1,6 @@
 #include "core/Icones.h"
 
+#include <QCursor>
 #include <QFont>
 #include <QPainter>
 #include <QPainterPath>
@@ -245,9 +246,22 @@ QPixmap IconeIndicateur(const QString& nom) {
     f.setBold(true);
     g.setFont(f);
     g.drawText(QRect(4, 4, 18, 18), Qt::AlignCenter, QStringLiteral("N"));
+  } else if (nom == u"Pipette") {
+    // An eyedropper from the top right down to its tip at (1, 30): the
+    // cursor's hot spot.
+    g.setPen(QPen(Qt::white, 5, Qt::SolidLine, Qt::RoundCap));
+    g.drawLine(QPointF(2, 29), QPointF(22, 9));
+    g.setPen(QPen(QColor(30, 30, 30), 2.5, Qt::SolidLine, Qt::RoundCap));
+    g.drawLine(QPointF(2, 29), QPointF(22, 9));
+    g.setPen(QPen(QColor(30, 30, 30), 1.5));
+    g.setBrush(QColor(0x50, 0x50, 0x60));
+    g.drawEllipse(QRectF(19, 3, 10, 10));
+    g.drawLine(QPointF(16, 10), QPointF(22, 16));
   }
   return p;
 }
+
+QCursor CurseurPipette() { return QCursor(IconeIndicateur(QStringLiteral("Pipette")), 1, 30); }
 
 QIcon IconeBouton(const QString& cle, bool marque) {
   QPixmap p = Vierge();

@@ -1,6 +1,7 @@
 #pragma once
 // The pictures of the main window, drawn at run time: indicators, toolbar
 // buttons and the welcome picture.
+#include <QCursor>
 #include <QIcon>
 #include <QPixmap>
 #include <QString>
@@ -8,9 +9,12 @@
 namespace tg {
 
 // Indicator by name: "Apn", "Paysage", "RN", "Portrait", "Carre", "Taille",
-// "ApnVide", "ZoomVide", "ZoomOk", "ZoomNum"; "Accueil" is the welcome
+// "ApnVide", "ZoomVide", "ZoomOk", "ZoomNum", "Pipette"; "Accueil" is the welcome
 // picture. An unknown name gives an empty 32 x 32 picture.
 QPixmap IconeIndicateur(const QString& nom);
+
+// The pipette's cursor: its icon, the hot spot at the dropper's tip.
+QCursor CurseurPipette();
 
 // Toolbar button by its key; `marque` adds the done mark (a green tick).
 QIcon IconeBouton(const QString& cle, bool marque);

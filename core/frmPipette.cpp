@@ -1,5 +1,7 @@
 #include "core/frmPipette.h"
 
+#include "core/Icones.h"
+
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,7 +23,7 @@ frmPipette::frmPipette(const Bitmap& image, cAdvancedImagery& ai, QWidget* paren
   auto* v = new QVBoxLayout(this);
   imgImage_ = new QLabel(this);
   imgImage_->setObjectName(QStringLiteral("imgImage"));
-  imgImage_->setCursor(Qt::CrossCursor);
+  imgImage_->setCursor(CurseurPipette());
   imgImage_->setMouseTracking(true);
   imgImage_->installEventFilter(this);
   imgImage_->setAlignment(Qt::AlignLeft | Qt::AlignTop);

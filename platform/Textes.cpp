@@ -94,6 +94,10 @@ QString SeparateurDecimalSysteme() {
   return QLocale::system().toString(1.1).mid(1, 1);
 }
 
-QString PaysUtilisateurSysteme() { return QLocale::system().nativeTerritoryName(); }
+QString PaysUtilisateurSysteme() {
+  // A locale without a country (fr, C.UTF-8) names its language, or nothing.
+  const QLocale l = QLocale::system();
+  return l.territory() != QLocale::AnyTerritory ? l.nativeTerritoryName() : l.nativeLanguageName();
+}
 
 }  // namespace tg

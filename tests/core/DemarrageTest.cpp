@@ -113,6 +113,8 @@ TEST(Demarrage, TextePremierLancementDitLeSeparateur) {
   EXPECT_TRUE(TextePremierLancement("United States", ".")
                   .endsWith("United States: Votre séparateur décimal est le point"));
   EXPECT_EQ(virgule.count(u'\n'), 6);
+  // A locale without a country: the sentence alone, no ": " before it.
+  EXPECT_TRUE(TextePremierLancement("", ".").endsWith("\nVotre séparateur décimal est le point"));
 }
 
 TEST(Demarrage, DossiersDeTravailCreesOuSignales) {

@@ -50,6 +50,12 @@ TEST_F(Pipette, CopieReduiteEtCouleurLueAuClic) {
   auto* p = new frmPipette(image, ai);
   EXPECT_EQ(p->findChild<QLabel*>("imgImage")->size(), QSize(640, 480));
   QWidget* img = p->findChild<QWidget*>("imgImage");
+  // The pipette's own cursor, its hot spot at the dropper's tip, low left.
+  const QCursor curseur = img->cursor();
+  EXPECT_EQ(curseur.shape(), Qt::BitmapCursor);
+  EXPECT_FALSE(curseur.pixmap().isNull());
+  EXPECT_LT(curseur.hotSpot().x(), 4);
+  EXPECT_GT(curseur.hotSpot().y(), curseur.pixmap().height() - 4);
   QMouseEvent mouvement(QEvent::MouseMove, QPointF(12, 34), img->mapToGlobal(QPointF(12, 34)),
                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
   QApplication::sendEvent(img, &mouvement);
