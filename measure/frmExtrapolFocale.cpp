@@ -55,6 +55,8 @@ const char* const kAide[] = {
     "et le tag [ExtrapolFoc=] des méta-comments sera égal à 1 ...",
     "Pour conclure, noubliez pas qu'en plus des déviations de zoom, vous pouvez cumuler des erreurs selon les "
     "objectifs utilisés ...",
+    "Donc réalisez des essais !",
+    "Merci d'avoir lu ces infos",
 };
 
 template <typename T>

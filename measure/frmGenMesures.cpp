@@ -89,6 +89,11 @@ frmGenMesures::frmGenMesures(SessionRecord& session, std::optional<DonneesEtalon
   grille->addWidget(new QLabel(QStringLiteral("(Evitez les faibles gx !)"), this), 4, 2);
   connect(comboListeObjectif_, &QComboBox::activated, this,
           [this](int index) { txtFields_[4]->setText(comboListeObjectif_->itemText(index)); });
+  // The list shows the reference objective the field holds, and nothing
+  // while the field is empty: a magnification never looks chosen when it is not.
+  connect(txtFields_[4], &QLineEdit::textChanged, this, [this](const QString& t) {
+    comboListeObjectif_->setCurrentIndex(t.trimmed().isEmpty() ? -1 : comboListeObjectif_->findText(t.trimmed()));
+  });
 
   chkZoomApn_ = new QCheckBox(QStringLiteral("   Zoom APN ?  (l. focale)"), this);
   chkZoomApn_->setObjectName(QStringLiteral("chkZoomApn"));
@@ -172,6 +177,7 @@ void frmGenMesures::Charger() {
   }
   ListeCombo objectifs(comboListeObjectif_);
   ChargerListeObjectif(objectifs);
+  comboListeObjectif_->setCurrentIndex(-1);
 
   cmdCreFichier_->setEnabled(true);
   cmdGestionTable_->setEnabled(false);

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 #include "core/SessionRecord.h"
@@ -178,6 +179,25 @@ TEST_F(Dialogue, AucuneEquivalence) {
   C<QPushButton>("cmdEnvoyerAuCartouche")->setEnabled(true);
   C<QPushButton>("cmdEnvoyerAuCartouche")->click();
   EXPECT_EQ(dlg.Dernier().texte, "Effectuez d'abord le calcul ...");
+}
+
+// The help, opened and closed, down to its last two lines.
+TEST_F(Dialogue, AideJusquALaDerniereLigne) {
+  s.Modele = "Autre";
+  Ouvrir();
+  EXPECT_FALSE(C("picAide")->isVisible());
+  C<QPushButton>("cmdAide")->click();
+  EXPECT_TRUE(C("picAide")->isVisible());
+  const QStringList lignes = C<QPlainTextEdit>("txtAide")->toPlainText().split(u'\n');
+  ASSERT_EQ(lignes.size(), 27);
+  EXPECT_EQ(lignes.first(), "Quelques recommandation importantes pour l'extrapolation de focale:");
+  EXPECT_EQ(lignes[24],
+            "Pour conclure, noubliez pas qu'en plus des déviations de zoom, vous pouvez cumuler des erreurs "
+            "selon les objectifs utilisés ...");
+  EXPECT_EQ(lignes[25], "Donc réalisez des essais !");
+  EXPECT_EQ(lignes[26], "Merci d'avoir lu ces infos");
+  C<QPushButton>("cmdFermerAide")->click();
+  EXPECT_FALSE(C("picAide")->isVisible());
 }
 
 }  // namespace

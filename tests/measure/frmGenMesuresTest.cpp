@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "core/frmFichierPhoto.h"
+#include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
 #include "measure/InstallationTables.h"
 #include "measure/TableMesure.h"
@@ -195,6 +196,34 @@ TEST_F(GenMesures, ValeursDEtalonnageVerrouillees) {
   C<QPushButton>("cmdDeloquerChamps")->click();
   for (int i : {0, 1, 4, 5, 7}) EXPECT_FALSE(Champ(i)->isReadOnly()) << i;
   EXPECT_TRUE(dlg.appels.empty());
+}
+
+// The objective list and "Objectif de réf." agree: nothing chosen shows
+// nothing, a choice fills the locked field, a typed value is shown in the list.
+TEST_F(GenMesures, ListeDesObjectifsEtObjectifDeReferenceDAccord) {
+  ASSERT_TRUE(EcrireObjectifDefaut());
+  Ouvrir(DonneesEtalon{"2272", "1234"});
+  auto* liste = C<QComboBox>("comboListeObjectif");
+  ASSERT_EQ(liste->count(), 5);
+  EXPECT_EQ(liste->currentIndex(), -1);
+  EXPECT_EQ(liste->currentText(), "");
+  EXPECT_EQ(Champ(4)->text(), "");
+  EXPECT_TRUE(Champ(4)->isReadOnly());
+  emit liste->activated(3);
+  EXPECT_EQ(Champ(4)->text(), "40");
+  EXPECT_EQ(liste->currentText(), "40");
+  Saisir({"APN-1", "2272", "Micro-A", "Trino"});
+  Champ(6)->setText("250");
+  Creer();
+  EXPECT_EQ(dlg.Dernier().texte, kOk);
+  EXPECT_EQ(Table(1).Obj, 40);
+
+  Ouvrir();
+  EXPECT_EQ(C<QComboBox>("comboListeObjectif")->currentText(), "");
+  Champ(4)->setText("10");
+  EXPECT_EQ(C<QComboBox>("comboListeObjectif")->currentText(), "10");
+  Champ(4)->setText("63");
+  EXPECT_EQ(C<QComboBox>("comboListeObjectif")->currentIndex(), -1);
 }
 
 TEST_F(GenMesures, ZoomSansFocaleAvertitEtResteCoche) {
