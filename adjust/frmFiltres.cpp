@@ -188,6 +188,8 @@ frmFiltres::frmFiltres(SessionRecord& session, cAdvancedImagery& ai, frmFichierP
     for (int i = 0; i < 3; ++i) {
       g->addWidget(new QLabel(QString::fromUtf8(canaux[i]), cadre), 0, i);
       txtRGB_[i] = Boite(QStringLiteral("txtRGB%1").arg(i), cadre, false);
+      // Values typed by hand are as good to apply as computed ones.
+      connect(txtRGB_[i], &QLineEdit::textEdited, this, [this] { cmdAjusterRGB_->setEnabled(true); });
       g->addWidget(txtRGB_[i], 1, i);
       lblRGB_[i] = Nomme(new QLabel(QStringLiteral("000"), cadre), QStringLiteral("lblRGB%1").arg(i));
       g->addWidget(lblRGB_[i], 2, i);
@@ -332,6 +334,8 @@ void frmFiltres::RazControles() {
   }
   txtGama_->setText(QStringLiteral("0"));
   for (auto* t : txtRGB_) t->setText(QStringLiteral("0"));
+  // Nothing to apply until the grey reference is computed or a value typed.
+  cmdAjusterRGB_->setEnabled(false);
   for (auto* l : lblRGB_) l->setText(QStringLiteral("000"));
   picRefGris_->setStyleSheet(QStringLiteral("background-color: rgb(210,210,210);"));
   optSharpen_[0]->setChecked(true);

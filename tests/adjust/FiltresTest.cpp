@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -96,6 +97,15 @@ class Filtrage : public testing::Test {
     s->setValue(v);
     s->setSliderDown(false);
   }
+  // The user empties the box and types `texte` key by key.
+  void Taper(const char* nom, const QString& texte) {
+    auto* boite = C<QLineEdit>(nom);
+    boite->clear();
+    for (QChar c : texte) {
+      QKeyEvent appui(QEvent::KeyPress, c.unicode(), Qt::NoModifier, QString(c));
+      QApplication::sendEvent(boite, &appui);
+    }
+  }
   QImage Filtre() {
     QImage i;
     EXPECT_TRUE(ai.Convert_ImageToPicture(s.ImageFiltre, i));
@@ -185,13 +195,13 @@ TEST_F(Filtrage, SortirLaisseLaSessionEtAppliquerLaChange) {
 
 TEST_F(Filtrage, CasesRVBEtReferenceNulle) {
   Ouvrir();
-  C<QLineEdit>("txtRGB0")->setText("100,1");
+  Taper("txtRGB0", "100,1");
   C<QPushButton>("cmdAjusterRGB")->click();
   EXPECT_EQ(dlg.Dernier().texte, "100 ou -100 maximum !");
   EXPECT_TRUE(Filtre() == Photo());
-  C<QLineEdit>("txtRGB0")->setText("100");
-  C<QLineEdit>("txtRGB1")->setText("");
-  C<QLineEdit>("txtRGB2")->setText("-100");
+  Taper("txtRGB0", "100");
+  Taper("txtRGB1", "");
+  Taper("txtRGB2", "-100");
   C<QPushButton>("cmdAjusterRGB")->click();
   EXPECT_EQ(Filtre().pixel(10, 10), qRgb(255, 120, 0));
   // A black reference makes nothing neutral: a message, the boxes kept.
@@ -200,6 +210,28 @@ TEST_F(Filtrage, CasesRVBEtReferenceNulle) {
   C<QPushButton>("cmdCalculerNivGris")->click();
   EXPECT_EQ(C<QLineEdit>("txtRGB0")->text(), "7");
   EXPECT_EQ(dlg.Dernier().icone, int(Icone::Exclamation));
+}
+
+// "Appliquer" of the colour boxes waits for values to apply: computed from
+// the grey reference or typed; a reset takes it away again.
+TEST_F(Filtrage, AjusterRVBApresUnCalculOuUneSaisie) {
+  Ouvrir();
+  auto* ajuster = C<QPushButton>("cmdAjusterRGB");
+  EXPECT_FALSE(ajuster->isEnabled());
+  ajuster->click();
+  EXPECT_TRUE(Filtre() == Photo());
+  EXPECT_TRUE(dlg.appels.empty());
+  C<QPushButton>("cmdCalculerNivGris")->click();
+  EXPECT_TRUE(ajuster->isEnabled());
+  C<QPushButton>("cmdReinit")->click();
+  EXPECT_FALSE(ajuster->isEnabled());
+  // A value set by the program is not the user's: still nothing to apply.
+  C<QPushButton>("cmdInitRGB")->click();
+  EXPECT_FALSE(ajuster->isEnabled());
+  Taper("txtRGB2", "-20");
+  EXPECT_TRUE(ajuster->isEnabled());
+  ajuster->click();
+  EXPECT_FALSE(Filtre() == Photo());
 }
 
 // The grey reference taken on the tinted patch with the pipette, applied:
