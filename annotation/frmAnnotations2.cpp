@@ -691,10 +691,12 @@ void frmAnnotations2::ChargerValeurs() {
   r_ = LireReglagesAnnotation(cheminIni_);
   couleurDessin_ = r_.LineColor;
   epaisseurDessin_ = r_.LineBorder;
-  MajExemple();
   optFondTexte_[r_.TxtBack ? 1 : 0]->setChecked(true);
+  MajExemple();
   txtEdition_->setText(QStringLiteral("votre texte ici"));
+  // Mode 0 as its click gives it: the numbering offered again.
   optTexteEtLigne_[LigneEtTexte]->setChecked(true);
+  ChoisirMode(LigneEtTexte);
   combEpaisseurLigne_->setCurrentText(QString::number(r_.LineBorder));
   linExemple_->setFixedHeight(std::max<int>(1, r_.LineBorder));
   optPointeur_[r_.PointerChoose]->setChecked(true);
@@ -731,9 +733,9 @@ void frmAnnotations2::MajExemple() {
   txtExemple_->setFont(f);
   QPalette p = txtExemple_->palette();
   p.setColor(QPalette::Text, VersQColor(r_.TxtFontColor & 0xFFFFFF));
-  p.setColor(QPalette::Base, r_.TxtBackColor != -1 && optFondTexte_[1]->isChecked()
-                                 ? VersQColor(r_.TxtBackColor)
-                                 : QApplication::palette().color(QPalette::Button));
+  // The stamp's own background: TxtBackColor whenever it is a colour.
+  p.setColor(QPalette::Base, r_.TxtBackColor != -1 ? VersQColor(r_.TxtBackColor & 0xFFFFFF)
+                                                   : QApplication::palette().color(QPalette::Button));
   txtExemple_->setPalette(p);
   Colorer(linExemple_, VersQColor(r_.LineColor & 0xFFFFFF));
 }

@@ -15,6 +15,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
+#include <map>
 
 #include "annotation/GeometrieAnnotation.h"
 #include "annotation/ReglagesAnnotation.h"
@@ -432,6 +434,82 @@ TEST_F(Annotations, FondOpaqueBlancAuLieuDuNoirEtStyles) {
   C<QPushButton>("cmdRetablirDefaut")->click();
   EXPECT_EQ(w->Reglages().TxtBackColor, -1);
   EXPECT_EQ(LireIni("Fond", "TxtBackColor", CheminUserAnnotation(), ""), "-1");
+}
+
+// The colour most of a picture's pixels have.
+QRgb Dominante(const QImage& img) {
+  std::map<QRgb, int> n;
+  for (int y = 0; y < img.height(); ++y)
+    for (int x = 0; x < img.width(); ++x) ++n[img.pixel(x, y) | 0xFF000000];
+  return std::max_element(n.begin(), n.end(), [](auto& a, auto& b) { return a.second < b.second; })->first;
+}
+
+// "Exemple - 12345" as the user sees it, the text frame opened.
+QImage VoirExemple(frmAnnotations2* w) {
+  if (auto* b = w->findChild<QPushButton*>(QStringLiteral("cmdfraTexte")); b && !b->isChecked()) b->click();
+  QApplication::processEvents();
+  return w->findChild<QLineEdit*>(QStringLiteral("txtExemple"))->grab().toImage();
+}
+
+// Pixels of the example close to `c`: the letters, antialiased at their edges.
+int Proches(const QImage& img, QRgb c) {
+  int n = 0;
+  for (int y = 0; y < img.height(); ++y)
+    for (int x = 0; x < img.width(); ++x) {
+      const QRgb p = img.pixel(x, y);
+      n += std::abs(qRed(p) - qRed(c)) + std::abs(qGreen(p) - qGreen(c)) + std::abs(qBlue(p) - qBlue(c)) < 30;
+    }
+  return n;
+}
+
+// The example shows the stamp's own background and text colour, whichever
+// way the style came: a quick style, the settings file, a background swatch.
+TEST_F(Annotations, LExempleMontreLeTamponQuelQueSoitLeChemin) {
+  Ouvrir();
+  for (int style : {3, 5}) {
+    C<QPushButton>(QStringLiteral("picStyle%1").arg(style))->click();
+    const QImage ex = VoirExemple(w);
+    EXPECT_EQ(Dominante(ex), 0xFF404040u) << style;
+    EXPECT_GT(Proches(ex, 0xFFFFFFFF), 20) << style;
+  }
+  // What the stamp of style 5 puts on the picture: white on the same grey.
+  Mode(2);
+  Cliquer({200, 150});
+  C<QLineEdit>("txtEdition")->setText("Exemple - 12345");
+  C<QPushButton>("cmdDialogueTexte0")->click();
+  const QImage tampon = w->Travail().copy(120, 145, 160, 30);
+  EXPECT_GT(Compter(tampon, tampon.rect(), 0xFF404040), 300);
+  EXPECT_GT(Proches(tampon, 0xFFFFFFFF), 20);
+  delete w.data();
+
+  // Opened on the file that style left behind.
+  ASSERT_EQ(LireIni("Fond", "TxtBack", CheminUserAnnotation(), ""), "VRAI");
+  Ouvrir();
+  EXPECT_TRUE(C<QRadioButton>("optFondTexte1")->isChecked());
+  EXPECT_EQ(Dominante(VoirExemple(w)), 0xFF404040u);
+
+  // A background swatch while the background is transparent: the stamp
+  // takes the colour, so does the example.
+  C<QPushButton>("picStyle4")->click();
+  ASSERT_TRUE(C<QRadioButton>("optFondTexte0")->isChecked());
+  C<QPushButton>("picColorNB2_1")->click();
+  EXPECT_EQ(Dominante(VoirExemple(w)), 0xFFC0C0C0u);
+  Mode(2);
+  Cliquer({200, 150});
+  C<QLineEdit>("txtEdition")->setText("Exemple - 12345");
+  C<QPushButton>("cmdDialogueTexte0")->click();
+  EXPECT_GT(Compter(w->Travail(), QRect(120, 145, 160, 30), 0xFFC0C0C0), 300);
+}
+
+// A quick style brings mode 0 back the way its click does: numbering offered.
+TEST_F(Annotations, StyleRapideRedonneLeModeZeroAvecSaNumerotation) {
+  Ouvrir();
+  Mode(1);
+  ASSERT_FALSE(C<QCheckBox>("chkNumAuto")->isEnabled());
+  C<QPushButton>("picStyle2")->click();
+  EXPECT_TRUE(C<QRadioButton>("optTexteEtLigne0")->isChecked());
+  EXPECT_TRUE(C<QCheckBox>("chkNumAuto")->isEnabled());
+  EXPECT_EQ(C<QLineEdit>("txtEdition")->text(), "votre texte ici");
 }
 
 TEST_F(Annotations, CouleurDuTexteAvecSonAvertissement) {
