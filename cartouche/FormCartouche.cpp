@@ -85,7 +85,8 @@ DateCartouche RecupDate(const QString& dateImage, const QString& dateObservation
   DateCartouche d;
   for (int i = 1; i <= 31; ++i) d.jours << QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'));
   for (int i = 1; i <= 12; ++i) d.mois << QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'));
-  for (int i = 1994; i <= aujourdhui.year(); ++i) d.annees << QString::number(i);
+  // Every year the check below accepts, so that an accepted date shows its own year.
+  for (int i = kPremiereAnnee; i <= aujourdhui.year(); ++i) d.annees << QString::number(i);
 
   auto duJour = [&] {
     d.libelle = QStringLiteral("(date du jour)");
@@ -119,7 +120,7 @@ DateCartouche RecupDate(const QString& dateImage, const QString& dateObservation
   if (!ok || mois <= 0 || mois > 12) return duJour();
   d.moisChoisi = QStringLiteral("%1").arg(mois, 2, 10, QLatin1Char('0'));
   const int annee = a.toInt(&ok);
-  if (!ok || annee <= 1950 || annee > aujourdhui.year()) return duJour();
+  if (!ok || annee < kPremiereAnnee || annee > aujourdhui.year()) return duJour();
   d.annee = QStringLiteral("%1").arg(annee, 4, 10, QLatin1Char('0'));
   return d;
 }

@@ -51,6 +51,8 @@ struct DateCartouche {
   QString jour, moisChoisi, annee;
   QString libelle;  // lblDatePhoto
 };
+// The first year of comboAnnee, and the first year a date may have.
+inline constexpr int kPremiereAnnee = 1951;
 // `aujourdhui` is the current date (a parameter so that tests fix it).
 // Shows "Date Exif corrompue: Date du jour par défaut !" for a blank date.
 DateCartouche RecupDate(const QString& dateImage, const QString& dateObservation,

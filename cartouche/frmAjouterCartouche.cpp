@@ -308,12 +308,7 @@ void frmAjouterCartouche::Construire() {
   chkOmbrage_->setToolTip(
       QStringLiteral("Ajoute un ombrage sous la photo (reflex 1.5x1 uniquement)"));
   grille->addWidget(chkOmbrage_, ligne++, 0);
-  connect(chkOmbrage_, &QCheckBox::clicked, this, [this] {
-    if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
-    ombre_ = chkOmbrage_->isChecked() ? ImageOmbre(IndexOmbre(s_.LargeurFormatee)) : QImage();
-    if (!chkOmbrage_->isChecked()) CouleurDefaut();
-    cmdDessiner();
-  });
+  connect(chkOmbrage_, &QCheckBox::clicked, this, [this] { chkOmbrage_Click(); });
 
   fraPolices_ = Nomme(new QFrame(this), QStringLiteral("fraPolices"));
   auto* lp = new QGridLayout(fraPolices_);
@@ -466,7 +461,8 @@ void frmAjouterCartouche::Form_Load() {
   txtLargeur_->setText(TexteLargeurPhoto(s_.ImageTournee, s_.PortraitOrigine, s_.LargeurOrigine,
                                          s_.LargeurCadrage, s_.HauteurOrigine));
   // 6.
-  AppliquerDate(RecupDate(s_.DateImage, s_.DateObservation, QDate::currentDate()));
+  dateRecuperee_ = RecupDate(s_.DateImage, s_.DateObservation, QDate::currentDate());
+  AppliquerDate(dateRecuperee_);
   const DefautsChamps defauts;
   ComboEclairage_->setCurrentText(defauts.eclairage);
   comboMontage_->setCurrentText(defauts.montage);
@@ -597,7 +593,7 @@ void frmAjouterCartouche::RestaurerMemoire(const MemoireCartouche& m) {
   fraPolices_->setVisible(m.MemPolicesVisible);
   if (m.MemOmbrage) {
     chkOmbrage_->setChecked(true);
-    if (Arrondir(s_.CadrageFormate, 1) == 1.5) ombre_ = ImageOmbre(IndexOmbre(s_.LargeurFormatee));
+    AppliquerOmbrage();
   }
   if (m.MemEchelleVisible) {
     cmdEtalonner_->hide();
@@ -781,8 +777,8 @@ void frmAjouterCartouche::cmdViderChamps() {
   comboProvenance_->setCurrentText(QString());
   comboMontage_->setCurrentText(d.montage);
   comboColoration_->setCurrentText(d.coloration);
-  const DateCartouche auj = RecupDate(QString(), QString(), QDate::currentDate());
-  AppliquerDate(auj);
+  // The photo's own date, as the opening chose it: never today's in its place.
+  AppliquerDate(dateRecuperee_);
   for (auto* c : chkTraitNum_) c->setChecked(false);
   txtMicroMan_->clear();
   ComboObjectifMan_->setCurrentText(QString());
@@ -790,8 +786,25 @@ void frmAjouterCartouche::cmdViderChamps() {
   Peindre(ComboObjectifMan_, kJaunePale);
   txtApPhotoMan_->setText(s_.Modele);
   for (auto* c : chkListe_) c->setChecked(false);
-  chkOmbrage_->setChecked(false);
+  // Unticked as a click would: the strip goes and the colours come back;
+  // the drawing below stands for the click's own.
+  if (chkOmbrage_->isChecked()) {
+    chkOmbrage_->setChecked(false);
+    AppliquerOmbrage();
+  }
   optUnite_[0]->setChecked(true);
+  cmdDessiner();
+}
+
+void frmAjouterCartouche::AppliquerOmbrage() {
+  if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
+  ombre_ = chkOmbrage_->isChecked() ? ImageOmbre(IndexOmbre(s_.LargeurFormatee)) : QImage();
+  if (!chkOmbrage_->isChecked()) CouleurDefaut();
+}
+
+void frmAjouterCartouche::chkOmbrage_Click() {
+  if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
+  AppliquerOmbrage();
   cmdDessiner();
 }
 
@@ -953,6 +966,7 @@ void frmAjouterCartouche::cmdAnnulerTable() {
   fraChoixTable_->hide();
   tableAppliquee_ = false;
   comboTables_->setCurrentIndex(comboTables_->count() > 0 ? 0 : -1);
+  comboTables_Click();  // the blank row shows no reference objective
   txtChoixTableAuto_->setText(QString::fromUtf8(kAucuneCorrespondance));
   cmdDebloquer();
 }

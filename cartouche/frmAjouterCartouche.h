@@ -50,6 +50,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void cmdViderChamps();
   void cmdTousChamps();
   void chkChoixChamp_Click(int index);
+  // The shadow strip under a 3:2 picture: set or removed, then drawn.
+  void chkOmbrage_Click();
   void CouleurDefaut();
   void DefinirCouleurTexte(const QColor& c);
   void DefinirCouleurEchelle(const QColor& c);
@@ -110,6 +112,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void RemplirObjectifs();
   void RestaurerMemoire(const MemoireCartouche& m);
   void AppliquerDate(const DateCartouche& d);
+  // chkOmbrage_Click without its drawing.
+  void AppliquerOmbrage();
   ChampsCartouche LireChamps() const;
   void EcrireChamps(const ChampsCartouche& c);
   void InitVarEchelle();
@@ -143,6 +147,8 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
          couleurFond_ = Qt::white;
   QFont policeTitre_, policeSousTitre_;
   QImage cartouche_, ombre_;
+  // What RecupDate chose at the opening; "Champs par défaut" brings it back.
+  DateCartouche dateRecuperee_;
 
   QLineEdit *txtCommentaire_, *txtNomAuteur_, *txtMicroMan_, *txtApPhotoMan_;
   QComboBox *ComboEclairage_, *comboProvenance_, *comboMontage_, *comboColoration_;

@@ -32,7 +32,7 @@ TEST_P(RecupDateTest, ChoisitLaDate) {
   EXPECT_EQ(d.moisChoisi, c.mois);
   EXPECT_EQ(d.annee, c.annee);
   EXPECT_EQ(d.libelle, c.libelle);
-  EXPECT_EQ(d.annees.first(), "1994");
+  EXPECT_EQ(d.annees.first(), "1951");
   EXPECT_EQ(d.annees.last(), "2024");
 }
 

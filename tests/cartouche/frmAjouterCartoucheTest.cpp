@@ -222,6 +222,70 @@ TEST_F(FormCartouche, DateExifChoisieAuChargement) {
   EXPECT_EQ(C<QLabel>("lblDatePhoto")->text(), "(date Exif)");
 }
 
+// A year the date check accepts is in the list: the photo shows its own year.
+TEST_F(FormCartouche, AnneeExifAvant1994Montree) {
+  s.DateImage = QStringLiteral("1987:07:14 10:00:00");
+  Ouvrir(640, 480);
+  auto* annee = C<QComboBox>("comboAnnee");
+  EXPECT_EQ(annee->currentText(), "1987");
+  EXPECT_EQ(annee->itemText(0), "1951");
+  EXPECT_EQ(annee->itemText(annee->count() - 1), QString::number(QDate::currentDate().year()));
+  EXPECT_EQ(C<QLabel>("lblDatePhoto")->text(), "(date Exif)");
+}
+
+// "Champs par défaut" keeps the photo's date, EXIF or from the comment
+// block, whatever the user chose in the lists meanwhile.
+TEST_F(FormCartouche, ChampsParDefautGardentLaDateDeLaPhoto) {
+  const std::pair<const char*, const char*> cas[] = {{"2008:03:02 10:00:00", ""},
+                                                     {"2008:03:02 10:00:00", "05/06/2001"}};
+  for (const auto& [exif, meta] : cas) {
+    s.DateImage = QLatin1String(exif);
+    s.DateObservation = QLatin1String(meta);
+    Ouvrir(640, 480);
+    const QString jour = C<QComboBox>("comboJour")->currentText(), mois = C<QComboBox>("comboMois")->currentText(),
+                  annee = C<QComboBox>("comboAnnee")->currentText(), libelle = C<QLabel>("lblDatePhoto")->text();
+    C<QComboBox>("comboJour")->setCurrentText(QStringLiteral("28"));
+    C<QComboBox>("comboAnnee")->setCurrentText(QStringLiteral("2010"));
+    dlg.reponses = {Reponse::Oui};
+    C<QPushButton>("cmdViderChamps")->click();
+    EXPECT_EQ(dlg.appels.front().titre, "Champs textes par défaut");
+    EXPECT_EQ(C<QComboBox>("comboJour")->currentText(), jour) << meta;
+    EXPECT_EQ(C<QComboBox>("comboMois")->currentText(), mois) << meta;
+    EXPECT_EQ(C<QComboBox>("comboAnnee")->currentText(), annee) << meta;
+    EXPECT_EQ(C<QLabel>("lblDatePhoto")->text(), libelle) << meta;
+    EXPECT_NE(libelle, "(date du jour)");
+    // The date reaches the comment block.
+    C<QPushButton>("cmdSuite")->click();
+    EXPECT_EQ(s.DateObservation, jour + u'/' + mois + u'/' + annee);
+  }
+}
+
+// "Champs par défaut" unticks the shadow strip as a click would: the strip
+// leaves the preview and the final picture, the colours come back.
+TEST_F(FormCartouche, ChampsParDefautEnleventLOmbrage) {
+  Ouvrir(640, 427);
+  auto* ombrage = C<QCheckBox>("chkOmbrage");
+  ASSERT_FALSE(ombrage->isHidden());
+  ombrage->click();
+  const QRgb gris = qRgb(160, 160, 160);  // the strip's first row
+  ASSERT_EQ(f->ImageCartouche().pixel(300, 0), gris);
+  dlg.couleurs = {0x0000FF};
+  C<QPushButton>("cmdCouleurCartouche")->click();
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>("cmdViderChamps")->click();
+  EXPECT_FALSE(ombrage->isChecked());
+  EXPECT_EQ(f->CouleurCartouche(), QColor(Qt::white));
+  EXPECT_EQ(f->ImageCartouche().pixel(300, 0), qRgb(255, 255, 255));
+  C<QPushButton>("cmdSuite")->click();
+  ASSERT_TRUE(s.ImageFinale);
+  EXPECT_FALSE(s.MemCartouche.MemOmbrage);
+  QImage finale;
+  ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, finale));
+  int rangsGris = 0;
+  for (int y = 0; y < finale.height(); ++y) rangsGris += finale.pixel(300, y) == gris;
+  EXPECT_EQ(rangsGris, 0);
+}
+
 TEST_F(FormCartouche, EchelleManuelleTropLongueRefusee) {
   Ouvrir(640, 480);
   C<QPushButton>("cmdEtalonner")->click();
@@ -268,6 +332,22 @@ class ModifDefinition : public FormCartouche {
     dlg.appels.clear();
   }
 };
+
+// "Annuler" puts the table list on its blank row as a choice of it would:
+// no reference objective left from the table seen before.
+TEST_F(FormCartouche, AnnulerLaTableEffaceLObjectifDeReference) {
+  EcrireTables({Table("APN-1", 2400, 0)});
+  Ouvrir(640, 480);
+  C<QPushButton>("cmdEtalonner")->click();
+  auto* tables = C<QComboBox>("comboTables");
+  ASSERT_EQ(tables->count(), 2);
+  tables->setCurrentIndex(1);
+  emit tables->activated(1);
+  ASSERT_EQ(C<QLineEdit>("txtObjRef")->text(), "(Table : obj. de réf = x40)");
+  C<QPushButton>("cmdAnnulerTable")->click();
+  EXPECT_EQ(tables->currentIndex(), 0);
+  EXPECT_EQ(C<QLineEdit>("txtObjRef")->text(), "");
+}
 
 TEST_F(ModifDefinition, OuiCorrigeLesPixelsEtPeintEnRouge) {
   Appliquer(7.5f);
