@@ -14,6 +14,7 @@
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
+#include "platform/Langue.h"
 #include "platform/MessagesQt.h"
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
@@ -52,6 +53,8 @@ int main(int argc, char** argv) {
   tg::FiltrerMessagesQt();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QLatin1String(tg::TitreProgramme));
+  // Qt's own dialogs and questions in French, before any window.
+  tg::ChargerTraductionQt(app);
   SubstituerPolices();
 
   tg::SessionRecord session;

@@ -63,6 +63,9 @@ class IDialogues {
 // followed by its patterns, ";" between patterns becoming a blank. "*.*" is
 // every file, as on the system it comes from.
 QString FiltreQt(const QString& filtre);
+// The extension of the filter's first pattern ("jpg" for "Jpeg (*.jpg)|*.jpg"),
+// empty for "*.*" or no pattern.
+QString SuffixeFiltre(const QString& filtre);
 
 // 0xBBGGRR <-> QColor; -1 is an invalid QColor and back.
 QColor VersQColor(int bgr);

@@ -106,14 +106,34 @@ class DialoguesQt : public IDialogues {
 
   QString FichierOuvrir(const QString& titre, const QString& dossier,
                         const QString& filtre) override {
-    return QFileDialog::getOpenFileName(Parent(), titre, dossier, FiltreQt(filtre));
+    QFileDialog d(Parent(), titre, dossier, FiltreQt(filtre));
+    d.setObjectName(QStringLiteral("dlgFichierOuvrir"));
+    d.setAcceptMode(QFileDialog::AcceptOpen);
+    // Any name comes back: the program's own "Fichier introuvable !" answers
+    // a name that does not exist, not Qt's English-worded warning.
+    d.setFileMode(QFileDialog::AnyFile);
+    d.setLabelText(QFileDialog::Accept, QStringLiteral("Ouvrir"));
+    d.setLabelText(QFileDialog::Reject, QStringLiteral("Annuler"));
+    if (d.exec() != QDialog::Accepted || d.selectedFiles().isEmpty()) return {};
+    return d.selectedFiles().constFirst();
   }
 
   QString FichierEnregistrer(const QString& titre, const QString& dossier,
                              const QString& nomDefaut, const QString& filtre) override {
     const QString depart =
         dossier.isEmpty() ? nomDefaut : QDir(dossier).filePath(nomDefaut);
-    return QFileDialog::getSaveFileName(Parent(), titre, depart, FiltreQt(filtre));
+    QFileDialog d(Parent(), titre, QString(), FiltreQt(filtre));
+    d.setObjectName(QStringLiteral("dlgFichierEnregistrer"));
+    d.setAcceptMode(QFileDialog::AcceptSave);
+    d.setFileMode(QFileDialog::AnyFile);
+    // A name typed bare takes the filter's extension, before the overwrite
+    // question is asked about it.
+    d.setDefaultSuffix(SuffixeFiltre(filtre));
+    d.setLabelText(QFileDialog::Accept, QStringLiteral("Enregistrer"));
+    d.setLabelText(QFileDialog::Reject, QStringLiteral("Annuler"));
+    d.selectFile(depart);
+    if (d.exec() != QDialog::Accepted || d.selectedFiles().isEmpty()) return {};
+    return d.selectedFiles().constFirst();
   }
 
   QString Dossier(const QString& titre, const QString& depart) override {
@@ -142,6 +162,16 @@ class DialoguesQt : public IDialogues {
 IDialogues* g_installes = nullptr;
 
 }  // namespace
+
+QString SuffixeFiltre(const QString& filtre) {
+  // "Jpeg (*.jpg)|*.jpg": the first pattern after the first "|".
+  const QStringList parts = filtre.split(u'|');
+  if (parts.size() < 2) return {};
+  const QString motif = parts[1].section(u';', 0, 0).trimmed();
+  const QString suffixe = motif.startsWith(QStringLiteral("*.")) ? motif.mid(2) : QString();
+  if (suffixe.contains(u'*') || suffixe.contains(u'?')) return {};
+  return suffixe;
+}
 
 QString FiltreQt(const QString& filtre) {
   const QStringList parts = filtre.split(u'|');

@@ -13,7 +13,7 @@ PAQUETS=(
   xvfb xauth fonts-liberation2 fonts-comic-neue
   libimage-exiftool-perl libjpeg-turbo-progs
   libreoffice-writer-nogui unzip pngcheck zlib1g-dev libtiff-dev libsane-dev libjpeg-dev
-  desktop-file-utils appstream man-db
+  desktop-file-utils appstream man-db qt6-translations-l10n
   "$@"
 )
 
