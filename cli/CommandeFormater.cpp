@@ -18,6 +18,7 @@
 #include <map>
 
 #include "adjust/Recadrage.h"
+#include "cartouche/FormCartouche.h"
 #include "cartouche/frmAjouterCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
@@ -268,7 +269,7 @@ int Formater(const QStringList& arguments) {
   Etape("formulaire du cartouche");
   if (!date.isEmpty() && !(Choisir(f, "comboJour", date[0]) && Choisir(f, "comboMois", date[1]) &&
                            Choisir(f, "comboAnnee", date[2])))
-    return Refus("Date refusée : " + o.V("--date") + " (années de 1994 à " +
+    return Refus("Date refusée : " + o.V("--date") + " (années de " + QString::number(kPremiereAnnee) + " à " +
                  QString::number(QDate::currentDate().year()) + ")");
   const std::pair<const char*, const char*> textes[] = {
       {"--titre", "txtCommentaire"},       {"--auteur", "txtNomAuteur"},
