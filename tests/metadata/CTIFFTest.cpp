@@ -11,6 +11,7 @@
 
 #include "metadata/CImage.h"
 #include "metadata/CTIFF.h"
+#include "metadata/Infos.h"
 #include "tests/metadata/Fabrique.h"
 
 namespace tg::meta {
@@ -122,6 +123,55 @@ TEST(CTIFF, UnEnTeteInvalideNEstPasReecrit) {
   QFile f(chemin);
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   EXPECT_EQ(f.readAll(), faux);
+}
+
+// The baseline fields of TIFF 6.0 (section 8), as the dump names them; the
+// two whose published spelling the tag lists changed keep the lists' one.
+TEST(CTIFF, InfosNommeChaqueChampDeBase) {
+  const std::pair<uint16_t, const char*> base[] = {{0x00FE, "NewSubfileType"},
+                                                   {0x00FF, "SubfileType"},
+                                                   {0x0100, "ImageWidth"},
+                                                   {0x0101, "ImageLength"},
+                                                   {0x0102, "BitsPerSample"},
+                                                   {0x0103, "Compression"},
+                                                   {0x0106, "PhotometricInterpretation"},
+                                                   {0x0107, "Thresholding"},
+                                                   {0x0108, "CellWidth"},
+                                                   {0x0109, "CellLength"},
+                                                   {0x010A, "FillOrder"},
+                                                   {0x010E, "ImageDescription"},
+                                                   {0x010F, "Make"},
+                                                   {0x0110, "Model"},
+                                                   {0x0111, "StripOffsets"},
+                                                   {0x0112, "Orientation"},
+                                                   {0x0115, "SamplesPerPixel"},
+                                                   {0x0116, "RowsPerStrip"},
+                                                   {0x0117, "StripByteCounts"},
+                                                   {0x0118, "MinSampleValue"},
+                                                   {0x0119, "MaxSampleValue"},
+                                                   {0x011A, "XResolution"},
+                                                   {0x011B, "YResolution"},
+                                                   {0x011C, "PlanarConfiguration"},
+                                                   {0x0120, "FreeOffsets"},
+                                                   {0x0121, "FreeByteCounts"},
+                                                   {0x0122, "GrayResponseUnit"},
+                                                   {0x0123, "GrayResponseCurve"},
+                                                   {0x0128, "ResolutionUnit"},
+                                                   {0x0131, "Software"},
+                                                   {0x0132, "ModifyDate"},
+                                                   {0x013B, "Artist"},
+                                                   {0x013C, "HostComputer"},
+                                                   {0x0140, "ColorMap"},
+                                                   {0x0152, "ExtraSamples"},
+                                                   {0x8298, "Copyright"}};
+  for (const auto& [tag, nom] : base) EXPECT_EQ(NomTag(tag), QLatin1String(nom)) << std::hex << tag;
+
+  // The dump of a real strip layout names every entry.
+  CImage image;
+  ASSERT_TRUE(image.ReadImage(Ecrire(TiffManuel(false))));
+  const QString texte = InfosTexte(image);
+  EXPECT_TRUE(texte.contains("0x0116 RowsPerStrip")) << texte.toStdString();
+  EXPECT_FALSE(texte.contains("(inconnu)")) << texte.toStdString();
 }
 
 }  // namespace
