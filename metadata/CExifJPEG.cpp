@@ -71,6 +71,30 @@ bool CExifJPEG::ReadExif(const QByteArray& donnees) {
   }
   LireSousRepertoires(bloc, alignType, ifd_[0], sub_, gps_, interop_);
   LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
+  auto offsets = [this](const std::vector<CExifDirEnt>& entrees, int repertoire, int64_t debut,
+                        Ordre ordre, int64_t origine, bool relatifALEntree) {
+    for (size_t i = 0; i < entrees.size(); ++i) {
+      const CExifDirEnt& e = entrees[i];
+      const int64_t entree = debut + 2 + 12 * int64_t(i);
+      const bool valeur =
+          e.GetDataSize() != 0 && int64_t(e.GetDataSize()) * uint32_t(e.NumberOfComponent) > 4;
+      const bool vignette = repertoire == int(Repertoire::IFD1) && e.Tag == TagThumbnailOffset &&
+                            ValeurPointeur(&e) != 0;
+      if (valeur || vignette)
+        offsetsLus_.push_back({repertoire, e.Tag, entree + 8, relatifALEntree ? entree : origine,
+                               uint32_t(e.OffsetToValue), ordre});
+    }
+  };
+  const std::pair<const CIFD*, Repertoire> repertoires[] = {{&ifd_[0], Repertoire::IFD0},
+                                                            {&ifd_[1], Repertoire::IFD1},
+                                                            {&sub_, Repertoire::SubIFD},
+                                                            {&gps_, Repertoire::GPS},
+                                                            {&interop_, Repertoire::Interop}};
+  for (const auto& [d, r] : repertoires)
+    offsets(d->Directories, int(r), d->Offset, alignType, 0, false);
+  if (note_.Lu())
+    offsets(note_.Directories, 5, note_.Position() + note_.Offset, note_.ordre, note_.Origine(),
+            note_.EntreeRelative());
   ifdLu_[0] = ifd_[0];
   ifdLu_[1] = ifd_[1];
   subLu_ = sub_;

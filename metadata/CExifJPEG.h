@@ -12,6 +12,17 @@
 
 namespace tg::meta {
 
+// An offset held by an entry: the 4-byte field at `champ` of the TIFF
+// structure, in the order `ordre`, holds `valeur`, counted from `origine`.
+struct OffsetValeur {
+  int repertoire = 0;  // a Repertoire, or 5 for the maker note
+  int32_t tag = 0;
+  int64_t champ = 0;
+  int64_t origine = 0;
+  uint32_t valeur = 0;
+  Ordre ordre = Ordre::Intel;
+};
+
 class CExifJPEG : public CExif {
  public:
   CExifJPEG();
@@ -47,6 +58,10 @@ class CExifJPEG : public CExif {
 
   // True when a directory or the thumbnail differs from what was read.
   bool Modifie() const;
+  // The offsets of the block as read: those of every value longer than 4
+  // bytes in IFD0, IFD1, EXIF, GPS, interoperability and the maker note's
+  // directory, and IFD1's thumbnail start. They may point past the block.
+  const std::vector<OffsetValeur>& OffsetsLus() const { return offsetsLus_; }
 
   // The whole APP1 segment, marker and length included. A block read from a
   // file is edited in place: the segment read when nothing changed, else its
@@ -66,6 +81,7 @@ class CExifJPEG : public CExif {
   CIFD ifdLu_[2];
   CIFD gpsLu_, subLu_, interopLu_;
   QByteArray vignetteLue_;
+  std::vector<OffsetValeur> offsetsLus_;
   EditionTIFF Edition() const;
 };
 

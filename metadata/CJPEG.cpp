@@ -1,9 +1,11 @@
 #include "metadata/CJPEG.h"
 
-#include <QFileDevice>
-#include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <QFileDevice>
+#include <algorithm>
+#include <optional>
 
 #include "metadata/Octets.h"
 
@@ -333,12 +335,16 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
   const char* source = source_.constData();
   int64_t position = 0;
   auto ajouter = [&](const char* debut, int64_t taille) {
-    if (taille > 0) morceaux.push_back({debut, taille, {}});
+    if (taille > 0) morceaux.push_back({debut, taille, {}, debut - source});
     position += taille;
   };
-  auto ajouterPropre = [&](const QByteArray& b) {
-    if (!b.isEmpty()) morceaux.push_back({nullptr, b.size(), b});
+  auto ajouterPropre = [&](const QByteArray& b, int64_t origine = -1) {
+    if (!b.isEmpty()) morceaux.push_back({nullptr, b.size(), b, origine});
     position += b.size();
+  };
+  std::optional<PlaceExif> placeExif;
+  auto noterExif = [&](const CMarker& m) {
+    placeExif = PlaceExif{morceaux.size(), position, m.lpData - 1, m.Length};
   };
   struct MPF {
     size_t morceau;
@@ -357,6 +363,7 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
     const CMarker& m = segments[i];
     const int64_t debut = m.lpData - 1;
     if (exifEnPlace && EstExifLu(m)) {
+      noterExif(m);
       ajouterPropre(exif);
     } else if (iptcEnPlace && EstIptcLu(m)) {
       if (!iptcEcrit) ajouterPropre(iptc);  // the first one read takes the whole block
@@ -374,9 +381,10 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
       segment[13] = char(jfif_.Xdensity & 0xFF);
       segment[14] = char(jfif_.Ydensity >> 8);
       segment[15] = char(jfif_.Ydensity & 0xFF);
-      ajouterPropre(segment);
+      ajouterPropre(segment, debut);
     } else {
       if (EstMPF(source + debut, m.Length)) mpf.push_back({morceaux.size(), position, debut});
+      if (EstExifLu(m)) noterExif(m);
       ajouter(source + debut, m.Length);  // the walk checked the bounds
     }
   }
@@ -388,7 +396,7 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
   QByteArray afcp;
   if (scan != debutScan && AjusterAFCP(source_, debutScan, scan - debutScan, debutAFCP, afcp)) {
     ajouter(source + debutScan, debutAFCP - debutScan);
-    ajouterPropre(afcp);
+    ajouterPropre(afcp, debutAFCP);
   } else {
     ajouter(source + debutScan, parcours_.longueurScan);
   }
@@ -400,9 +408,55 @@ bool CJPEG::Plan(std::vector<Morceau>& morceaux, QString* erreur) {
     if (decalage == 0) continue;
     Morceau& morceau = morceaux[m.morceau];
     QByteArray segment(morceau.debut, morceau.taille);
-    if (DecalerMPF(segment, decalage)) morceau = {nullptr, segment.size(), segment};
+    if (DecalerMPF(segment, decalage))
+      morceau = {nullptr, segment.size(), segment, morceau.origine};
   }
+  if (placeExif) SuivreOffsetsExternes(morceaux, *placeExif);
   return true;
+}
+
+void CJPEG::SuivreOffsetsExternes(std::vector<Morceau>& morceaux, const PlaceExif& p) const {
+  // The TIFF header follows the marker, the length and "Exif\0\0".
+  constexpr int64_t kEnTete = 10;
+  const int64_t enTeteSource = p.source + kEnTete, finSource = p.source + p.longueur;
+  // Past the segment, a value lies in the rest of the file: what the plan
+  // inserts or removes between the two moves it. No knowledge of any maker
+  // is needed, and offsets inside the segment never move.
+  std::vector<OffsetValeur> externes;
+  for (const OffsetValeur& o : exif_->OffsetsLus())
+    if (enTeteSource + o.origine + int64_t(o.valeur) >= finSource) externes.push_back(o);
+  if (externes.empty()) return;
+  Morceau& morceau = morceaux[p.morceau];
+  const QByteArray segment =
+      morceau.debut ? QByteArray(morceau.debut, morceau.taille) : morceau.propre;
+  // The segment written holds the same entries, in place or in rewritten
+  // directories: read again, its offsets are matched to those read.
+  CExifJPEG ecrit;
+  if (!ecrit.ReadExif(segment.mid(4))) return;
+  auto sortie = [&morceaux](int64_t octet) -> int64_t {
+    int64_t position = 0;
+    for (const Morceau& m : morceaux) {
+      if (m.origine >= 0 && octet >= m.origine && octet < m.origine + m.taille)
+        return position + octet - m.origine;
+      position += m.taille;
+    }
+    return -1;  // not carried: left as it was
+  };
+  EcrivainOctets e;
+  e.octets(segment);
+  bool change = false;
+  for (const OffsetValeur& o : ecrit.OffsetsLus()) {
+    const auto lu = std::find_if(externes.begin(), externes.end(), [&o](const OffsetValeur& x) {
+      return x.repertoire == o.repertoire && x.tag == o.tag && x.valeur == o.valeur;
+    });
+    if (lu == externes.end()) continue;
+    const int64_t cible = sortie(enTeteSource + lu->origine + int64_t(lu->valeur));
+    if (cible < 0) continue;
+    const int64_t valeur = cible - (p.sortie + kEnTete + o.origine);
+    if (valeur < 0 || valeur > int64_t(UINT32_MAX) || valeur == int64_t(o.valeur)) continue;
+    change |= e.u32At(o.ordre, kEnTete + o.champ, uint32_t(valeur));
+  }
+  if (change) morceau = {nullptr, int64_t(e.donnees().size()), e.donnees(), morceau.origine};
 }
 
 bool CJPEG::Ecrire(QByteArray& sortie, QString* erreur) {

@@ -93,7 +93,9 @@ class CJPEG : public CFormatImage {
   // EXIF block, IPTC block or comment takes the place of the old one; a new
   // one goes after the leading APP0 segments and the EXIF segment. The
   // offsets of a multi-picture (MPF) segment follow when bytes are inserted
-  // or removed between it and the pictures it points to.
+  // or removed between it and the pictures it points to, and so do those of
+  // the EXIF block that point past its segment (a maker note's preview
+  // stored after the main picture).
   bool WriteJPEG(const QString& path, QString* erreur = nullptr);
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
   bool EcrireVers(QIODevice& f, QString* erreur) override;
@@ -123,9 +125,22 @@ class CJPEG : public CFormatImage {
     const char* debut = nullptr;
     int64_t taille = 0;
     QByteArray propre;
+    // Where its bytes stood in the source, -1 for bytes of its own: a
+    // copy, even patched, keeps the source's place for each byte.
+    int64_t origine = -1;
+  };
+  // The EXIF segment read, as the plan carries it.
+  struct PlaceExif {
+    size_t morceau = 0;
+    int64_t sortie = 0;  // position in the output
+    int64_t source = 0, longueur = 0;
   };
   // The pieces of the rewritten file, in order.
   bool Plan(std::vector<Morceau>& morceaux, QString* erreur);
+  // The offsets of the EXIF block that point past its segment, into the
+  // rest of the file, re-aimed at the bytes they pointed to, wherever the
+  // plan put them.
+  void SuivreOffsetsExternes(std::vector<Morceau>& morceaux, const PlaceExif& exif) const;
   bool EstExifLu(const CMarker& m) const;
   bool EstIptcLu(const CMarker& m) const;
 

@@ -32,6 +32,8 @@ class CMakerNote {
                Ordre ordreFichier);
   bool Lu() const { return lu_; }
   const QByteArray& Octets() const { return octets_; }
+  // Offset of the note in the TIFF structure, as read.
+  int64_t Position() const { return position_; }
   // Origin of the entries' offsets in the TIFF structure: the block's own
   // header for the variants that carry one, else 0. Kyocera counts each
   // offset from its own entry instead (EntreeRelative).

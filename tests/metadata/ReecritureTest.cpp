@@ -8,10 +8,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QStandardPaths>
 #include <algorithm>
-
 
 #include "metadata/CImage.h"
 #include "metadata/CTIFF.h"
@@ -418,6 +420,161 @@ TEST(Reecriture, LesOffsetsDUnTrailerAFCPSuivent) {
     const QString vue = VueExiftool(chemin).join('\n');
     EXPECT_TRUE(vue.contains("Caption-Abstract : Coupe")) << vue.toStdString();
     EXPECT_FALSE(vue.contains("Warning")) << vue.toStdString();
+  }
+}
+
+// A camera file laid out as Sony's: the maker note's preview (tag 0x2001,
+// its offset counted from the TIFF header as every offset of the note) lies
+// after the end of the main picture, behind the second picture of the
+// multi-picture index. Nothing points to it but the note.
+struct FichierSony {
+  QByteArray octets;
+  QByteArray apercu;    // the JPEG a reader extracts from the note's value
+  QByteArray deuxieme;  // the index's second picture
+};
+
+// Qt's JPEG without its JFIF segment: FF D8 FF DB, as Sony's previews begin.
+QByteArray SansApp0(const QByteArray& jpeg) {
+  const CMarker app0 = ParcourirSegments(jpeg).segments[0];
+  EXPECT_EQ(app0.Marker, 0xE0FF);
+  return jpeg.left(2) + jpeg.mid(app0.lpData - 1 + app0.Length);
+}
+
+FichierSony Sony(bool mm) {
+  FichierSony f;
+  f.apercu = SansApp0(JpegQt(24, 16));
+  f.deuxieme = JpegQt(16, 12);
+  // The value: a 32-byte header of the maker's, then the picture with its
+  // first byte zeroed.
+  QByteArray valeur = QByteArray(32, '\0') + f.apercu;
+  valeur[32] = '\0';
+  const QByteArray reste = SansApp0(JpegQt(64, 48)).mid(2);
+  // IFD0 at 8 -> the sub-directory at 200 -> the note at 300, its directory
+  // at 312 with a value right behind it as Sony's have.
+  auto exif = [&](uint32_t offsetApercu) {
+    QByteArray t = EnTete(mm);
+    t += Ifd(mm,
+             {{0x010F, 2, 5, Ascii("SONY")},
+              {0x0110, 2, 9, Ascii("ILCE-7M3")},
+              {0x8769, 4, 1, U32(mm, 200)}},
+             8);
+    t.resize(200, '\0');
+    const QByteArray note = QByteArray("SONY DSC \0\0\0", 12) +
+                            Ifd(mm,
+                                {{0x0102, 4, 1, U32(mm, 2)},
+                                 {0x0104, 10, 1, U32(mm, uint32_t(-2)) + U32(mm, 3)},
+                                 {0x2001, 7, uint32_t(valeur.size()), U32(mm, offsetApercu)}},
+                                312);
+    t += Ifd(mm,
+             {{0x829A, 5, 1, U32(mm, 1) + U32(mm, 60)},
+              {0x927C, 7, uint32_t(note.size()), U32(mm, 300)}},
+             200);
+    t.resize(300, '\0');
+    t += note;
+    return Segment(0xE1, QByteArray("Exif\0\0", 6) + t);
+  };
+  // Sizes first: no segment's length depends on the offsets it holds.
+  const int64_t longueurExif = exif(0).size(), longueurMPF = SegmentMPF(0, 0, 0).size();
+  const int64_t tailleUn = 2 + longueurExif + longueurMPF + reste.size();
+  const int64_t enTeteTIFF = 2 + 4 + 6, enTeteMPF = 2 + longueurExif + 8;
+  f.octets =
+      QByteArray("\xFF\xD8", 2) + exif(uint32_t(tailleUn + f.deuxieme.size() - enTeteTIFF)) +
+      SegmentMPF(uint32_t(tailleUn), uint32_t(f.deuxieme.size()), uint32_t(tailleUn - enTeteMPF)) +
+      reste + f.deuxieme + valeur;
+  return f;
+}
+
+// What exiftool extracts of a tag, as bytes.
+QByteArray Extraire(const QString& chemin, const char* tag) {
+  QProcess p;
+  p.start("exiftool", {"-b", tag, chemin});
+  EXPECT_TRUE(p.waitForFinished(60000));
+  return p.readAllStandardOutput();
+}
+
+// exiftool's whole view with binary values in full (base64), but for the
+// file system's tags, the comment and the IFD0 software the tests write, and
+// the second picture's start, which exiftool gives from the start of the
+// file (its bytes are compared instead).
+QJsonObject VueBinaire(const QString& chemin) {
+  QProcess p;
+  p.start("exiftool", {"-j", "-a", "-G1", "-n", "-b", chemin});
+  EXPECT_TRUE(p.waitForFinished(60000));
+  QJsonObject vue = QJsonDocument::fromJson(p.readAllStandardOutput()).array()[0].toObject();
+  for (const QString& cle : vue.keys())
+    if (cle.startsWith("System:") || cle.startsWith("File:") ||
+        cle.startsWith("ExifTool:ExifToolVersion") || cle == "SourceFile" ||
+        cle == "IFD0:Software" || cle == "MPImage2:MPImageStart")
+      vue.remove(cle);
+  return vue;
+}
+
+// The note's preview as the library finds it: the bytes its offset points to.
+QByteArray ApercuLu(const QString& chemin, int64_t longueur) {
+  CImage image;
+  EXPECT_TRUE(image.ReadImage(chemin));
+  const CMakerNote& note = image.JPEG()->EXIF()->NoteFabricant();
+  for (const CExifDirEnt& e : note.Directories)
+    if (e.Tag == 0x2001) {
+      const QByteArray fichier = Lire(chemin);
+      // The TIFF header follows SOI, the APP1 marker, its length and "Exif\0\0";
+      // the picture follows the maker's 32 bytes and its zeroed first byte.
+      return fichier.mid(2 + 4 + 6 + int64_t(uint32_t(e.OffsetToValue)) + 33, longueur);
+    }
+  return {};
+}
+
+TEST(Reecriture, LApercuDUneNoteQuiPointeApresLImageSuitLesOctetsInseres) {
+  for (bool mm : {false, true}) {
+    SCOPED_TRACE(mm ? "MM" : "II");
+    const FichierSony f = Sony(mm);
+    const QString chemin = Ecrire("sony.jpg", f.octets);
+    const bool exiftool = !QStandardPaths::findExecutable("exiftool").isEmpty();
+    QJsonObject avant;
+    if (exiftool) {
+      // The generator's file reads as a camera's: both pictures found, no warning.
+      ASSERT_EQ(Extraire(chemin, "-Sony:PreviewImage").mid(1), f.apercu.mid(1));
+      ASSERT_EQ(Extraire(chemin, "-MPImage2:PreviewImage"), f.deuxieme);
+      avant = VueBinaire(chemin);
+      ASSERT_TRUE(avant.contains("Sony:PreviewImage"));
+      ASSERT_FALSE(avant.contains("ExifTool:Warning"))
+          << avant["ExifTool:Warning"].toString().toStdString();
+    }
+    auto verifier = [&](const char* etape) {
+      SCOPED_TRACE(etape);
+      EXPECT_EQ(ApercuLu(chemin, f.apercu.size() - 1), f.apercu.mid(1));
+      if (!exiftool) return;
+      EXPECT_EQ(Extraire(chemin, "-Sony:PreviewImage").mid(1), f.apercu.mid(1));
+      EXPECT_EQ(Extraire(chemin, "-MPImage2:PreviewImage"), f.deuxieme);
+      const QJsonObject apres = VueBinaire(chemin);
+      auto texte = [](const QJsonValue& v) {
+        return QJsonDocument(QJsonArray{v}).toJson(QJsonDocument::Compact).toStdString();
+      };
+      for (const QString& cle : avant.keys())
+        EXPECT_EQ(texte(apres[cle]), texte(avant[cle])) << cle.toStdString();
+      for (const QString& cle : apres.keys()) EXPECT_TRUE(avant.contains(cle)) << cle.toStdString();
+    };
+    // A comment inserted after the EXIF segment, made longer, shorter, removed.
+    for (const char* texte : {"Navicula sp., 40x, fond clair, 30 octets",
+                              "un commentaire bien plus long, "
+                              "qui déplace encore davantage les octets de tout ce qui le suit",
+                              "court", ""}) {
+      CImage image;
+      ASSERT_TRUE(image.ReadImage(chemin));
+      image.JPEG()->JPEGComment().Content = QString::fromUtf8(texte);
+      ASSERT_TRUE(image.WriteImage(chemin)) << image.Erreur().toStdString();
+      verifier(texte);
+    }
+    // An EXIF edit makes the segment itself longer.
+    CImage image;
+    ASSERT_TRUE(image.ReadImage(chemin));
+    image.JPEG()->JPEGComment().Content = "Navicula";
+    image.JPEG()->EXIF()->AddModifyTag(Repertoire::IFD0, 0x0131, FmtAscii,
+                                       Ascii("Tessellographe 1.0.0"));
+    ASSERT_TRUE(image.WriteImage(chemin)) << image.Erreur().toStdString();
+    verifier("EXIF");
+    // The scan and the pictures after it are the source's, byte for byte.
+    EXPECT_TRUE(Lire(chemin).endsWith(f.octets.mid(ParcourirSegments(f.octets).positionScan - 1)));
   }
 }
 
