@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "metadata/CommandesMeta.h"
+
 namespace tg::meta {
 
 namespace {
@@ -357,26 +359,112 @@ bool CPNG::WritePNG(const QString& path, QString* erreur) {
   return Ecrire(sortie, erreur) && RemplacerFichier(path, sortie, erreur);
 }
 
+namespace {
+
+bool EstCommentaire(const CTexteBase& t) {
+  return t.MotCle.compare(QLatin1String("Comment"), Qt::CaseInsensitive) == 0;
+}
+
+// What tEXt may hold without a complaint from PNG checkers: LF and the
+// printable characters of Latin-1.
+bool LatinImprimable(const QString& texte) {
+  for (const QChar c : texte) {
+    const char16_t u = c.unicode();
+    if (u != u'\n' && (u < 0x20 || (u >= 0x7F && u < 0xA0) || u > 0xFF)) return false;
+  }
+  return true;
+}
+
+// CR LF and lone CR become LF.
+QString FinsDeLigneLF(const QString& texte) {
+  QString r = texte;
+  r.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  r.replace(u'\r', u'\n');
+  return r;
+}
+
+}  // namespace
+
+const CTexteBase* CPNG::ChunkCommentaire() const {
+  // In file order: the chunks read by their place, new ones after them.
+  const CTexteBase* premier = nullptr;
+  int64_t rangPremier = 0;
+  auto voir = [&](const auto& liste) {
+    for (size_t i = 0; i < liste.size(); ++i) {
+      const CTexteBase& t = liste[i];
+      if (t.illisible_ || !EstCommentaire(t)) continue;
+      const int64_t rang =
+          t.indiceChunk_ >= 0 ? t.indiceChunk_ : int64_t(Chunks.size()) + int64_t(i);
+      if (premier == nullptr || rang < rangPremier) {
+        premier = &t;
+        rangPremier = rang;
+      }
+    }
+  };
+  voir(tEXt);
+  voir(zTXt);
+  voir(iTXt);
+  return premier;
+}
+
 QString CPNG::Commentaire() const {
-  for (const CtEXt& t : tEXt)
-    if (t.MotCle == QLatin1String("Comment")) return t.Content;
-  return {};
+  const CTexteBase* c = ChunkCommentaire();
+  return c ? FinsDeLigneCRLF(c->Content) : QString();
 }
 
 void CPNG::SetCommentaire(const QString& texte) {
   if (texte.isEmpty()) {
-    std::erase_if(tEXt, [](const CtEXt& t) { return t.MotCle == QLatin1String("Comment"); });
+    auto lisible = [](const CTexteBase& t) { return !t.illisible_ && EstCommentaire(t); };
+    std::erase_if(tEXt, lisible);
+    std::erase_if(zTXt, lisible);
+    std::erase_if(iTXt, lisible);
     return;
   }
-  for (CtEXt& t : tEXt)
-    if (t.MotCle == QLatin1String("Comment")) {
-      t.Content = texte;
-      return;
-    }
-  CtEXt t;
-  t.SetKeyword(9);
-  t.Content = texte;
-  tEXt.push_back(t);
+  const QString contenu = FinsDeLigneLF(texte);
+  const bool latin = LatinImprimable(contenu);
+  const CTexteBase* actuel = ChunkCommentaire();
+  // Changed where it stands when its kind can hold the text.
+  auto changer = [&](auto& liste) {
+    for (auto& t : liste)
+      if (&t == actuel) {
+        t.SetKeyword(9);
+        t.Content = contenu;
+        return true;
+      }
+    return false;
+  };
+  if (latin ? changer(tEXt) || changer(zTXt) : changer(iTXt)) return;
+  // Else a chunk of the other kind takes the old one's place.
+  int indice = -1;
+  bool compresse = false;
+  auto retirer = [&](auto& liste) {
+    for (size_t i = 0; i < liste.size(); ++i)
+      if (&liste[i] == actuel) {
+        indice = liste[i].indiceChunk_;
+        liste.erase(liste.begin() + qsizetype(i));
+        return;
+      }
+  };
+  if (actuel) {
+    for (const CzTXt& z : zTXt) compresse |= &z == actuel;
+    for (const CiTXt& i : iTXt) compresse |= &i == actuel && i.CompressionFlag != 0;
+    retirer(tEXt);
+    retirer(zTXt);
+    retirer(iTXt);
+  }
+  auto placer = [&](auto& liste, auto t) {
+    t.SetKeyword(9);
+    t.Content = contenu;
+    t.indiceChunk_ = indice;  // written anew: what it wrote when read is left empty
+    liste.push_back(std::move(t));
+  };
+  if (latin) {
+    placer(tEXt, CtEXt());
+  } else {
+    CiTXt i;
+    i.CompressionFlag = compresse ? 1 : 0;
+    placer(iTXt, std::move(i));
+  }
 }
 
 }  // namespace tg::meta

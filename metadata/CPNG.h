@@ -137,10 +137,18 @@ class CPNG : public CFormatImage {
   bool Ecrire(QByteArray& sortie, QString* erreur) override;
   bool WritePNG(const QString& path, QString* erreur = nullptr);
 
-  // The text of the first tEXt "Comment", empty when there is none.
+  // The comment chunk: the first text chunk of the file, of any of the
+  // three kinds, whose keyword is "Comment" in any case (ImageMagick writes
+  // "comment") and whose text reads; nullptr when there is none.
+  const CTexteBase* ChunkCommentaire() const;
+  // The comment as the program's block holds it: the chunk's text with its
+  // line ends turned to CR LF. Empty when there is none.
   QString Commentaire() const;
-  // Puts `texte` in the first tEXt "Comment", made when missing; an empty
-  // text removes the tEXt "Comment" chunks.
+  // Puts the block `texte` (CR LF line ends) in the comment chunk, in the
+  // place of the one read, made when missing. In the file the lines end in
+  // LF, as PNG readers expect, under the keyword "Comment": a tEXt (a zTXt
+  // read stays one) when every character is printable Latin-1, else an iTXt
+  // in UTF-8. An empty text removes every comment chunk that reads.
   void SetCommentaire(const QString& texte);
 
  private:

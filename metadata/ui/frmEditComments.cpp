@@ -75,16 +75,14 @@ QStringList LignesPNG(const meta::CPNG& png) {
     c.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\n', u' ');
     l << QStringLiteral("%1 %2 : %3").arg(QLatin1String(type), t.MotCle, c);
   };
-  bool commentaire = false;  // the first tEXt "Comment" is the one in the text box
-  for (const meta::CtEXt& t : png.tEXt) {
-    if (!commentaire && t.MotCle == QLatin1String("Comment")) {
-      commentaire = true;
-      continue;
-    }
-    texte("tEXt", t);
-  }
-  for (const meta::CzTXt& t : png.zTXt) texte("zTXt", t);
-  for (const meta::CiTXt& t : png.iTXt) texte("iTXt", t);
+  // The comment chunk is the one in the text box.
+  const meta::CTexteBase* commentaire = png.ChunkCommentaire();
+  for (const meta::CtEXt& t : png.tEXt)
+    if (&t != commentaire) texte("tEXt", t);
+  for (const meta::CzTXt& t : png.zTXt)
+    if (&t != commentaire) texte("zTXt", t);
+  for (const meta::CiTXt& t : png.iTXt)
+    if (&t != commentaire) texte("iTXt", t);
   return l;
 }
 
@@ -251,6 +249,12 @@ void frmEditComments::Charger(const QString& chemin, bool depuisDialogue) {
       (depuisDialogue && image_->ImageType == meta::TypeTIFF) || image_->PNG() != nullptr ||
       image_->GIF() != nullptr || image_->BMP() != nullptr)
     Remplir();
+  // A TIFF's comment is not written here, whichever way it was opened: the
+  // box takes nothing that a save would silently drop.
+  if (image_->TIFF() != nullptr) {
+    txtCommentaire_->setReadOnly(true);
+    txtCommentaire_->setPlaceholderText(TexteTIFFSansCommentaire);
+  }
   label1_->setText(chemin_);
 }
 
@@ -331,9 +335,11 @@ void frmEditComments::cmdSave_Click() {
     Dialogues().Message(TitreModificationMetas, image_->Erreur(), Icone::Critique);
     return;
   }
-  Charger(chemin_, image_->ImageType == meta::TypeTIFF);
+  const bool tiff = image_->TIFF() != nullptr;
+  Charger(chemin_, tiff);
   AfficherVignette();
-  Dialogues().Message(TitreModificationMetas, QStringLiteral("Modifications OK !"),
+  Dialogues().Message(TitreModificationMetas,
+                      tiff ? TexteTIFFReecrit : QStringLiteral("Modifications OK !"),
                       Icone::Information);
 }
 

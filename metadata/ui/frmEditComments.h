@@ -1,9 +1,9 @@
 #pragma once
 // The comment editor: reads and rewrites by hand the comment block of a
-// picture file on disk (JPEG comment segment, PNG tEXt "Comment", GIF comment
+// picture file on disk (JPEG comment segment, PNG comment chunk, GIF comment
 // extension), and shows the file's header data; a BMP has no place for a
-// comment and is shown read-only. A tool for experts: it works on the file,
-// not on the image in hand.
+// comment and a TIFF gets none here: both are shown read-only. A tool for
+// experts: it works on the file, not on the image in hand.
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -30,6 +30,13 @@ QStringList LignesGIF(const meta::CGIF& gif);
 QStringList LignesBMP(const meta::CBMP& bmp);
 inline const QString TexteBMPSansCommentaire =
     QStringLiteral("Le format BMP n'a pas de place pour un commentaire.");
+// A TIFF is rewritten by a save, without a comment.
+inline const QString TexteTIFFSansCommentaire = QStringLiteral(
+    "Cet outil n'écrit pas de commentaire dans un fichier TIFF : ce texte ne peut pas être "
+    "modifié.");
+inline const QString TexteTIFFReecrit = QStringLiteral(
+    "Fichier TIFF réécrit, sans commentaire : cet outil n'écrit pas de commentaire dans un fichier "
+    "TIFF.");
 // The refusal of a character that Windows-1252 cannot hold.
 QString TexteCaractereRefuse(QChar c);
 // The question of cmdSave, each line ended by CR LF.

@@ -247,6 +247,107 @@ TEST(PNG, FichiersCoupesOuEtrangers) {
   EXPECT_TRUE(p.Chunks.empty());
 }
 
+// The text chunks of a file as "type keyword" -> data after the keyword's NUL.
+QList<std::pair<QByteArray, QByteArray>> TextesBruts(const QByteArray& png) {
+  CPNG p;
+  p.LireOctets(png);
+  QList<std::pair<QByteArray, QByteArray>> r;
+  for (const CChunk& c : p.Chunks) {
+    if (c.ChunkType != "tEXt" && c.ChunkType != "zTXt" && c.ChunkType != "iTXt") continue;
+    const QByteArray d = png.mid(c.lpData, c.Length);
+    const qsizetype nul = d.indexOf('\0');
+    r.append({c.ChunkType + " " + d.left(nul), d.mid(nul + 1)});
+  }
+  return r;
+}
+
+// pngcheck -t: exit status 0 and no complaint about the texts.
+void PngcheckTexte(const QByteArray& png) {
+  if (!Present("pngcheck")) return;
+  const QString chemin = EcrireFichier("pngcheck.png", png);
+  QProcess check;
+  check.start("pngcheck", {"-t", chemin});
+  ASSERT_TRUE(check.waitForFinished(60000));
+  const QString sortie = QString::fromUtf8(check.readAllStandardOutput());
+  EXPECT_EQ(check.exitCode(), 0) << sortie.toStdString();
+  EXPECT_FALSE(sortie.contains("control character")) << sortie.toStdString();
+  EXPECT_FALSE(sortie.contains("CR and LF")) << sortie.toStdString();
+}
+
+// The block's lines end in CR LF and its bytes are Windows-1252; in the file
+// the comment is what PNG readers expect: LF, Latin-1 in tEXt, UTF-8 in an
+// iTXt when a character lies outside Latin-1. Read back, it is the block again.
+TEST(PNG, LeCommentaireEstCeQueLesLecteursPNGAttendent) {
+  const QByteArray png = PngQt(6, 5);
+  const QString latin = QString::fromUtf8("Application=Tessellographe 1.0\r\nTitre=Diatomée\r\n");
+  const QString euro = QString::fromUtf8("Application=Tessellographe 1.0\r\nPrix=5 € – lame\r\n");
+  CPNG p;
+  p.LireOctets(png);
+  p.SetCommentaire(latin);
+  QByteArray un;
+  ASSERT_TRUE(p.Ecrire(un, nullptr));
+  using Texte = std::pair<QByteArray, QByteArray>;
+  EXPECT_EQ(TextesBruts(un), QList<Texte>({{"tEXt Comment",
+                                            "Application=Tessellographe 1.0\nTitre=Diatom\xE9"
+                                            "e\n"}}));
+  PngcheckTexte(un);
+  CPNG relu;
+  relu.LireOctets(un);
+  EXPECT_EQ(relu.Commentaire(), latin);
+
+  // The euro sign and the dash are not Latin-1: one iTXt, in the old chunk's place.
+  relu.SetCommentaire(euro);
+  QByteArray deux;
+  ASSERT_TRUE(relu.Ecrire(deux, nullptr));
+  EXPECT_EQ(TextesBruts(deux),
+            QList<Texte>(
+                {{"iTXt Comment",
+                  QByteArray("\0\0\0\0", 4) +
+                      "Application=Tessellographe 1.0\nPrix=5 \xE2\x82\xAC \xE2\x80\x93 lame\n"}}));
+  EXPECT_EQ(deux.indexOf("iTXt"), un.indexOf("tEXt"));
+  PngcheckTexte(deux);
+  CPNG encore;
+  encore.LireOctets(deux);
+  EXPECT_EQ(encore.Commentaire(), euro);
+  if (Present("exiftool")) {
+    QProcess outil;
+    outil.start("exiftool", {"-j", "-PNG:Comment", EcrireFichier("euro.png", deux)});
+    ASSERT_TRUE(outil.waitForFinished(60000));
+    const QJsonObject vue =
+        QJsonDocument::fromJson(outil.readAllStandardOutput()).array()[0].toObject();
+    EXPECT_EQ(vue["Comment"].toString(), QString(euro).replace("\r\n", "\n"));
+  }
+
+  // Back to Latin-1: a tEXt again, still one comment.
+  encore.SetCommentaire(latin);
+  QByteArray trois;
+  ASSERT_TRUE(encore.Ecrire(trois, nullptr));
+  EXPECT_EQ(trois, un);
+}
+
+// ImageMagick writes the comment under a lowercase keyword: it is the
+// comment, and a rewrite replaces it instead of adding a second one.
+TEST(PNG, UnCommentaireEnMinusculesEstLeCommentaire) {
+  const QByteArray ancien = Chunk("tEXt", QByteArray("comment\0Lame 4\ncoupe 2", 22));
+  const QByteArray titre = Chunk("tEXt", QByteArray("Title\0Coupe", 11));
+  const QByteArray source = ApresIHDR(PngQt(6, 5), titre + ancien);
+  CPNG p;
+  p.LireOctets(source);
+  EXPECT_EQ(p.Commentaire(), "Lame 4\r\ncoupe 2");
+  p.SetCommentaire("Titre=Navicula\r\n");
+  QByteArray sortie;
+  ASSERT_TRUE(p.Ecrire(sortie, nullptr));
+  QByteArray attendu = source;
+  attendu.replace(ancien, Chunk("tEXt", QByteArray("Comment\0Titre=Navicula\n", 23)));
+  EXPECT_EQ(sortie, attendu);
+  // Emptied, it goes and the title stays.
+  p.SetCommentaire(QString());
+  ASSERT_TRUE(p.Ecrire(sortie, nullptr));
+  attendu = source;
+  attendu.replace(ancien, QByteArray());
+  EXPECT_EQ(sortie, attendu);
+}
+
 TEST(PNG, PngcheckEtExiftoolLisentLesTextesEcrits) {
   if (!Present("pngcheck") || !Present("exiftool"))
     GTEST_SKIP() << "pngcheck et exiftool manquent (paquets pngcheck, libimage-exiftool-perl)";
@@ -435,7 +536,8 @@ TEST(Commandes, CommentaireEtInfosDePNGEtDeGIF) {
         if (c["motcle"].toString() == "Comment") {
           ++commentaires;
           EXPECT_EQ(c["type"].toString(), "tEXt");
-          EXPECT_EQ(c["texte"].toString(), QString::fromUtf8("Titre=Diatomée\r\nLame=4\r\n"));
+          // The chunk as the file holds it: LF, as PNG readers expect.
+          EXPECT_EQ(c["texte"].toString(), QString::fromUtf8("Titre=Diatomée\nLame=4\n"));
         }
       EXPECT_EQ(commentaires, 1);  // written twice, held once
       EXPECT_EQ(chunks.last()["type"].toString(), "IEND");

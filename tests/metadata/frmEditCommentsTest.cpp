@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -160,10 +161,8 @@ TEST_F(EditeurCommentaires, SansImageLaFenetreSeFerme) {
   for (auto* f : w->findChildren<frmEditComments*>()) EXPECT_FALSE(f->isVisible());
 }
 
-TEST_F(EditeurCommentaires, UnTIFFChoisiSeReecritSansCommentaire) {
-  frmEditComments* f = Ouvrir();
-  ASSERT_NE(f, nullptr);
-  // A 1 x 1 grey TIFF, one strip.
+// A 1 x 1 grey TIFF, one strip.
+QByteArray TiffGris() {
   QByteArray t = EnTete(false);
   t += U16(false, 4);
   t += Entree(false, 0x0100, 3, 1, U16(false, 1));
@@ -171,28 +170,63 @@ TEST_F(EditeurCommentaires, UnTIFFChoisiSeReecritSansCommentaire) {
   t += Entree(false, 0x0111, 4, 1, U32(false, 62));
   t += Entree(false, 0x0117, 4, 1, U32(false, 1));
   t += U32(false, 0) + QByteArray("\x80", 1);
+  return t;
+}
+
+// A TIFF gets no comment from the editor: the box says so and takes nothing,
+// whether the file came from the dialog or from the image in hand; a save
+// still rewrites the file, and says that no comment went in.
+TEST_F(EditeurCommentaires, UnTIFFSeReecritSansCommentaireEtLeDit) {
+  const QByteArray t = TiffGris();
   const QString tif = QDir::currentPath() + "/g.tif";
   QFile fichier(tif);
   ASSERT_TRUE(fichier.open(QIODevice::WriteOnly));
   fichier.write(t);
   fichier.close();
 
+  frmEditComments* f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  auto* texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_FALSE(texte->isReadOnly());
   dlg.chaines = {tif};
   C<QPushButton>(f, "cmdOpen")->click();
   EXPECT_EQ(dlg.appels.back().titre, QString::fromUtf8("Choisissez un fichier à analyser..."));
   EXPECT_EQ(C<QLabel>(f, "Label1")->text(), tif);
-  EXPECT_TRUE(C<QPlainTextEdit>(f, "txtCommentaire")->toPlainText().isEmpty());
+  EXPECT_TRUE(texte->toPlainText().isEmpty());
+  EXPECT_TRUE(texte->isReadOnly());
+  EXPECT_EQ(texte->placeholderText(), TexteTIFFSansCommentaire);
   EXPECT_EQ(Lignes(f).size(), 1);
+  // Whatever reached the box is not announced as written.
+  texte->setPlainText("Titre=perdu");
   dlg.reponses = {Reponse::Oui};
   C<QPushButton>(f, "cmdSave")->click();
-  EXPECT_EQ(dlg.Dernier().texte, "Modifications OK !");
+  EXPECT_EQ(dlg.Dernier().texte, TexteTIFFReecrit);
+  EXPECT_NE(dlg.Dernier().texte, "Modifications OK !");
   const QByteArray apres = Lire(tif);
   EXPECT_TRUE(apres.startsWith(t.left(4)));
+  EXPECT_FALSE(apres.contains("perdu"));
   meta::CImage relue;
   ASSERT_TRUE(relue.ReadImage(tif));
   const meta::CExifDirEnt* bande = relue.TIFF()->EXIF().ifd(0)->Trouver(0x0111);
   ASSERT_NE(bande, nullptr);
   EXPECT_EQ(apres[int(bande->GetDataVariant())], '\x80');
+  EXPECT_TRUE(texte->isReadOnly());  // read again, still a TIFF
+  f->close();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ASSERT_EQ(w->findChild<frmEditComments*>("frmEditComments"), nullptr);
+
+  // The TIFF in hand, loaded with the window.
+  s.PathOrigine = tif;
+  f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_TRUE(texte->isReadOnly());
+  EXPECT_EQ(texte->placeholderText(), TexteTIFFSansCommentaire);
+  // A JPEG chosen next is editable again.
+  dlg.chaines = {chemin};
+  C<QPushButton>(f, "cmdOpen")->click();
+  EXPECT_FALSE(texte->isReadOnly());
+  EXPECT_TRUE(texte->placeholderText().isEmpty());
 }
 
 // ------------------------------------------------------- PNG, GIF and BMP
@@ -290,7 +324,7 @@ TEST_F(EditeurCommentaires, UnPNGMontreEtReecritSonCommentaire) {
             QString::fromUtf8("Application=Tessellographe 1.0\nTitre=Diatomée\n"));
   if (!QStandardPaths::findExecutable("pngcheck").isEmpty()) {
     QProcess check;
-    check.start("pngcheck", {png});
+    check.start("pngcheck", {"-t", png});
     ASSERT_TRUE(check.waitForFinished(60000));
     EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().toStdString();
   }
@@ -305,6 +339,43 @@ TEST_F(EditeurCommentaires, UnPNGMontreEtReecritSonCommentaire) {
   ASSERT_EQ(vide.tEXt.size(), 1u);
   EXPECT_EQ(vide.tEXt[0].Content, "Lame 4");
   EXPECT_EQ(ChunksImage(Lire(png)), ChunksImage(avant));
+}
+
+// A PNG whose comment ImageMagick wrote, under the keyword "comment".
+TEST_F(EditeurCommentaires, UnPNGAuCommentaireEnMinusculesLeMontreEtLeRemplace) {
+  frmEditComments* f = Ouvrir();
+  ASSERT_NE(f, nullptr);
+  meta::CPNG p;
+  p.LireOctets(ImageQt("PNG"));
+  meta::CtEXt magick;
+  magick.MotCle = "comment";
+  magick.Content = "Lame 4\ncoupe 2";
+  p.tEXt.push_back(magick);
+  QByteArray avant;
+  ASSERT_TRUE(p.Ecrire(avant, nullptr));
+  ASSERT_TRUE(avant.contains(QByteArray("tEXtcomment\0Lame 4\ncoupe 2", 26)));
+  const QString png = Ecrire("magick.png", avant);
+  dlg.chaines = {png};
+  C<QPushButton>(f, "cmdOpen")->click();
+  auto* texte = C<QPlainTextEdit>(f, "txtCommentaire");
+  EXPECT_EQ(texte->toPlainText(), "Lame 4\ncoupe 2");
+  // Shown in the box, not listed again with the other chunks.
+  for (const QString& l : Lignes(f)) EXPECT_FALSE(l.contains("Lame 4")) << l.toStdString();
+
+  texte->setPlainText("Application=Tessellographe 1.0\nTitre=Navicula\n");
+  dlg.reponses = {Reponse::Oui};
+  C<QPushButton>(f, "cmdSave")->click();
+  EXPECT_EQ(dlg.Dernier().texte, "Modifications OK !");
+  const QByteArray apres = Lire(png);
+  EXPECT_EQ(ChunksImage(apres), ChunksImage(avant));
+  meta::CPNG relu;
+  relu.LireOctets(apres);
+  int commentaires = 0;
+  for (const meta::CtEXt& t : relu.tEXt)
+    commentaires += t.MotCle.compare("comment", Qt::CaseInsensitive) == 0;
+  EXPECT_EQ(commentaires, 1);
+  EXPECT_EQ(relu.Commentaire(), "Application=Tessellographe 1.0\r\nTitre=Navicula\r\n");
+  EXPECT_EQ(texte->toPlainText(), "Application=Tessellographe 1.0\nTitre=Navicula\n");
 }
 
 TEST_F(EditeurCommentaires, UnGIFMontreEtReecritSonCommentaire) {
