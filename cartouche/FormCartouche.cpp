@@ -6,6 +6,7 @@
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 #include "version.h"
+#include "platform/Fichiers.h"
 
 namespace tg {
 
@@ -171,8 +172,9 @@ void EcrireMemCartouche(SessionRecord& s, MemoireCartouche m) {
 }
 
 QString TexteErreurFeuille(int numero, const QString& texte, const QString& procedure) {
-  return "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure +
-         " of Feuille frmAjouterCartouche";
+  const QString rapport = "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure +
+                          " of Feuille frmAjouterCartouche";
+  return numero == 75 ? AvecRaison(rapport) : rapport;
 }
 
 QString TexteFont(const QFont& f) {

@@ -16,10 +16,9 @@ const QString kMarqueur = QLatin1String(MarqueurListe);
 
 // The standard report of a trapped error of the cartouche form.
 void ErreurFormulaire(int numero, const QString& texte, const char* procedure) {
-  Dialogues().Message(QString(),
-                      "Error " + QString::number(numero) + " (" + texte + ") in procedure " +
-                          QLatin1String(procedure) + " of Feuille frmAjouterCartouche",
-                      Icone::Critique);
+  const QString rapport = "Error " + QString::number(numero) + " (" + texte + ") in procedure " +
+                          QLatin1String(procedure) + " of Feuille frmAjouterCartouche";
+  Dialogues().Message(QString(), numero == 75 ? AvecRaison(rapport) : rapport, Icone::Critique);
 }
 
 const QString kErreurAcces = QStringLiteral("Erreur d'accès au chemin/fichier");

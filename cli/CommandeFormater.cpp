@@ -34,6 +34,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
+#include "platform/Fichiers.h"
 
 namespace tg::cli {
 namespace {
@@ -363,7 +364,7 @@ int Formater(const QStringList& arguments) {
   if (enregistrement == EnrJPEG && s.PoidsMax > 0 && !PoidsAccepte(r.poids, s.PoidsMax))
     return Refus(TexteTropLourd(s.PoidsMax));
   if (!CopierResultat(o.sortie))
-    return Refus("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie);
+    return Refus(AvecRaison("Error 75 (Erreur d'accès au chemin/fichier) : " + o.sortie));
   Etape("essai et copie");
   // In a series, the numbers were taken by the series.
   if (qEnvironmentVariableIsEmpty("TESSELLOGRAPHE_SERIE")) AvancerNumeroImage(s);

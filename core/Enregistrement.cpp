@@ -1,5 +1,7 @@
 #include "core/Enregistrement.h"
 
+#include <cerrno>
+
 #include <QFile>
 #include <QDir>
 #include <QFileInfo>
@@ -58,7 +60,7 @@ void EcrireEchelle(const SessionRecord& s, const QString& chemin, QStringList& e
 ResultatEssai PreparerResultat(SessionRecord& s, cAdvancedImagery& ai, int format, int qualite) {
   ResultatEssai r;
   const QString chemin = CheminResultat();
-  const auto echec = [&] { r.erreurs << "Error - " + ai.Error_GetLast(); };
+  const auto echec = [&] { r.erreurs << AvecRaison("Error - " + ai.Error_GetLast()); };
   if (format == EnrJPEG) {
     r.commentaire = CompleterQualite(s.CommentaireImage, qualite);
     if (!ai.IO_SaveImage(s.ImageCourante, chemin, FormatJPEG, 100)) echec();
@@ -137,7 +139,8 @@ ResultatQualite MeilleureQualite(SessionRecord& s, cAdvancedImagery& ai, int qua
   }
   QFile::remove(chemin);
   if (!QFile::rename(nomEssai(meilleure), chemin)) {
-    q.essai.erreurs << QStringLiteral("Le fichier « %1 » ne peut pas être écrit.").arg(chemin);
+    q.essai.erreurs << QStringLiteral("Le fichier « %1 » ne peut pas être écrit : %2.")
+                           .arg(chemin, RaisonSysteme(errno));
     return q;
   }
   q.trouve = true;

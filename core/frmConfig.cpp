@@ -40,10 +40,9 @@ const QString kFeuille = QStringLiteral("frmConfig");
 const QString kNumerique = QStringLiteral("Erreur sur les champs numériques");
 
 void Erreur(int numero, const QString& texte, const QString& procedure) {
-  Dialogues().Message(QString(),
-                      "Error " + QString::number(numero) + " (" + texte + ") in procedure " +
-                          procedure + " of Feuille " + kFeuille,
-                      Icone::Critique);
+  const QString rapport = "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure +
+                          " of Feuille " + kFeuille;
+  Dialogues().Message(QString(), numero == 75 ? AvecRaison(rapport) : rapport, Icone::Critique);
 }
 
 double Valeur(const QString& texte) {

@@ -20,6 +20,7 @@
 #include "platform/Dialogues.h"
 #include "platform/Nombres.h"
 #include "version.h"
+#include "platform/Fichiers.h"
 
 namespace tg {
 
@@ -209,8 +210,8 @@ void frmEnregistrer::DialogueEnregistrer() {
   QApplication::restoreOverrideCursor();
   if (!copie) {
     Dialogues().Message(Titre(),
-                        QStringLiteral("Error 75 (Erreur d'accès au chemin/fichier) in procedure "
-                                       "DialogueEnregistrer of Feuille frmEnregistrer"),
+                        AvecRaison(QStringLiteral("Error 75 (Erreur d'accès au chemin/fichier) in procedure "
+                                                  "DialogueEnregistrer of Feuille frmEnregistrer")),
                         Icone::Critique);
     return;
   }

@@ -68,8 +68,10 @@ QString CheminRecent() { return RepApplication() + "recent.dat"; }
 
 QString TexteErreur(int numero, const QString& texte, const QString& procedure,
                     const QString& module) {
-  return "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure +
-         " of Module " + module;
+  const QString rapport =
+      "Error " + QString::number(numero) + " (" + texte + ") in procedure " + procedure + " of Module " + module;
+  // A file access error names the file and the system's reason on a line of its own.
+  return numero == 75 ? AvecRaison(rapport) : rapport;
 }
 
 void RecupereValeurIni(SessionRecord& s) {

@@ -14,7 +14,6 @@
 #include <QImageReader>
 #include <QScreen>
 #include <QStringList>
-#include <QTemporaryFile>
 #include <fcntl.h>
 #include <unistd.h>
 #include <algorithm>
@@ -403,31 +402,23 @@ bool cAdvancedImagery::IO_SaveImage(const Bitmap& image, const QString& chemin, 
   int options = 0;
   if (fif == FIF_JPEG && flags > 0) options = std::min(flags, 100);  // quality 1..100; 0 is the library's 75
   else if (fif != FIF_JPEG) options = flags;
-  // Written beside the target, flushed to disk and renamed over it: a
-  // failure (a full disk) leaves the old file whole.
-  const QFileInfo cible(chemin);
-  QTemporaryFile temporaire(cible.absolutePath() + QStringLiteral("/.") + cible.fileName() +
-                            QStringLiteral(".XXXXXX"));
-  if (!temporaire.open())
-    return Echec(QStringLiteral("Le fichier « %1 » ne peut pas être écrit : son dossier %2.")
-                     .arg(cible.fileName(), QFileInfo(cible.absolutePath()).isDir()
-                                                ? QStringLiteral("n'accepte pas de nouveau fichier")
-                                                : QStringLiteral("n'existe pas")));
-  temporaire.close();
-  const QByteArray nom = NomFichier(temporaire.fileName());
-  if (!FreeImage_Save(fif, dib, nom.constData(), options))
+  // Encoded in memory, then written beside the target, flushed to disk and
+  // renamed over it: a failure (a full disk) leaves the old file whole, and
+  // the system's reason is known.
+  FIMEMORY* memoire = FreeImage_OpenMemory();
+  if (memoire == nullptr) return EchecBibliotheque("Memory stream could not be opened");
+  BYTE* donnees = nullptr;
+  DWORD taille = 0;
+  if (!FreeImage_SaveToMemory(fif, dib, memoire, options) || !FreeImage_AcquireMemory(memoire, &donnees, &taille)) {
+    FreeImage_CloseMemory(memoire);
     return EchecBibliotheque("Image could not be saved to " + chemin);
-  const int fd = ::open(nom.constData(), O_RDONLY | O_CLOEXEC);
-  const bool surDisque = fd >= 0 && ::fdatasync(fd) == 0;
-  if (fd >= 0) ::close(fd);
-  const auto droits = cible.exists() ? QFile::permissions(chemin)
-                                     : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser |
-                                           QFile::ReadGroup | QFile::ReadOther;
-  QFile::setPermissions(temporaire.fileName(), droits);
-  if (!surDisque || ::rename(nom.constData(), NomFichier(chemin).constData()) != 0)
-    return Echec(QStringLiteral("Le fichier « %1 » n'a pas pu être écrit en entier : il est resté tel qu'il était.")
-                     .arg(cible.fileName()));
-  temporaire.setAutoRemove(false);  // renamed: nothing left to remove
+  }
+  const bool ecrit =
+      RemplacerFichierSur(chemin, QByteArray::fromRawData(reinterpret_cast<const char*>(donnees), qsizetype(taille)));
+  FreeImage_CloseMemory(memoire);
+  if (!ecrit)
+    return Echec(QStringLiteral("Le fichier « %1 » ne peut pas être écrit : %2.")
+                     .arg(QFileInfo(chemin).fileName(), RaisonSysteme(DernierEchecFichier().code)));
   return true;
 }
 

@@ -9,13 +9,16 @@
 #include "platform/Liste.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
+#include "platform/Fichiers.h"
 
 namespace tg {
 
 namespace {
 // The trap's report of the dialog.
 QString ErreurFeuille(int numero, const QString& texte) {
-  return QStringLiteral("Error %1 (%2) in procedure %3 of Feuille frmExtrapolFocale").arg(numero).arg(texte, kProcedureCalcul);
+  const QString rapport =
+      QStringLiteral("Error %1 (%2) in procedure %3 of Feuille frmExtrapolFocale").arg(numero).arg(texte, kProcedureCalcul);
+  return numero == 75 ? AvecRaison(rapport) : rapport;
 }
 
 double Valeur(const QString& t) {

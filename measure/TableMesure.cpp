@@ -1,5 +1,7 @@
 #include "measure/TableMesure.h"
 
+#include <cerrno>
+
 #include <QFileInfo>
 #include <bit>
 #include <cstring>
@@ -130,9 +132,15 @@ bool FichierMesure::Recharger() {
   QFile f(chemin_);
   QByteArray octets;
   if (f.exists()) {
-    if (!f.open(QIODevice::ReadOnly)) return Echec(75, QStringLiteral("Path/File access error"));
+    if (!f.open(QIODevice::ReadOnly)) {
+      NoterEchecFichier(chemin_, errno ? errno : EACCES);
+      return Echec(75, QStringLiteral("Path/File access error"));
+    }
     octets = f.readAll();
-    if (f.error() != QFileDevice::NoError) return Echec(75, QStringLiteral("Path/File access error"));
+    if (f.error() != QFileDevice::NoError) {
+      NoterEchecFichier(chemin_, EIO);
+      return Echec(75, QStringLiteral("Path/File access error"));
+    }
   }
   donnees_ = surDisque_ = octets;
   modifie_ = false;

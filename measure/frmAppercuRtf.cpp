@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include "platform/Dialogues.h"
+#include "platform/Fichiers.h"
 
 namespace tg {
 
@@ -122,7 +123,11 @@ void frmAppercuRtf::cmdSauverRtf() {
   const QString chemin = Dialogues().FichierEnregistrer(TitreEnregistrementCarnet(true), dossier_,
                                                         nomFichier_, FiltreEnregistrementCarnet(true));
   // Cancelled or not written: nothing more is said.
-  if (!chemin.isEmpty()) EnregistrerRtf(chemin, *RichTextBox1_->document(), vignette_);
+  if (!chemin.isEmpty() && !EnregistrerRtf(chemin, *RichTextBox1_->document(), vignette_))
+    Dialogues().Message(windowTitle(),
+                        AvecRaison(QStringLiteral("Error 75 (Erreur d'accès au chemin/fichier) in procedure "
+                                                  "Enregistrer of Feuille frmAppercuRtf")),
+                        Icone::Critique);
 }
 
 void frmAppercuRtf::cmdImprimer() {

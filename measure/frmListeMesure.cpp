@@ -232,12 +232,14 @@ void frmListeMesure::Enregistrer() {
   const QString chemin = Dialogues().FichierEnregistrer(TitreEnregistrementCarnet(rtf),
                                                         DossierEnregistrement(), nom,
                                                         FiltreEnregistrementCarnet(rtf));
-  // Cancelled or not written: nothing is said beyond the warning.
-  if (chemin.isEmpty()) return;
-  if (rtf)
-    EnregistrerRtf(chemin, lignes, vignette);
-  else
-    EnregistrerTexte(chemin, lignes);
+  if (chemin.isEmpty()) return;  // cancelled
+  const bool ecrit = rtf ? EnregistrerRtf(chemin, lignes, vignette) : EnregistrerTexte(chemin, lignes);
+  // Not written: which file and why; a file already there stays as it was.
+  if (!ecrit)
+    Dialogues().Message(windowTitle(),
+                        AvecRaison(QStringLiteral("Error 75 (Erreur d'accès au chemin/fichier) in procedure "
+                                                  "Enregistrer of Feuille frmListeMesure")),
+                        Icone::Critique);
 }
 
 void frmListeMesure::cmdListe(int index) {

@@ -1,9 +1,14 @@
 #include "platform/Fichiers.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <cerrno>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStringDecoder>
 #include <QStringEncoder>
 
@@ -70,25 +75,118 @@ bool LireLignes(const QString& chemin, QStringList& lignes) {
   return true;
 }
 
-bool RemplacerFichierSur(const QString& chemin, const QByteArray& octets) {
-  // QSaveFile writes beside the target, flushes the data (fdatasync) and
-  // renames over it: a crash or a full disk leaves the old file whole.
-  // Unbuffered, because a buffered write that fails at commit is committed
-  // short all the same (Qt 6.4): each write is checked here instead.
-  QSaveFile f(chemin);
-  if (!f.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) return false;
-  if (f.write(octets) != octets.size() || !f.flush()) {
-    f.cancelWriting();
-    return false;
+namespace {
+EchecFichier& Echec() {
+  static thread_local EchecFichier echec;
+  return echec;
+}
+
+bool Noter(const QString& chemin, int code) {
+  NoterEchecFichier(chemin, code);
+  return false;
+}
+}  // namespace
+
+void NoterEchecFichier(const QString& chemin, int code) {
+  Echec().chemin = QFileInfo(chemin).absoluteFilePath();
+  Echec().code = code;
+}
+
+void OublierEchecFichier() { Echec() = EchecFichier{}; }
+
+EchecFichier DernierEchecFichier() { return Echec(); }
+
+QString RaisonSysteme(int code) {
+  switch (code) {
+    case ENOSPC:
+    case EDQUOT: return QStringLiteral("disque plein");
+    case EROFS: return QStringLiteral("dossier en lecture seule");
+    case EACCES:
+    case EPERM: return QStringLiteral("droit refusé");
+    case ETXTBSY:
+    case EBUSY: return QStringLiteral("fichier utilisé par un autre programme");
+    case ENOENT: return QStringLiteral("fichier ou dossier inexistant");
+    case ENOTDIR: return QStringLiteral("chemin invalide : un élément n'est pas un dossier");
+    case EISDIR: return QStringLiteral("un dossier porte ce nom");
+    case ENAMETOOLONG: return QStringLiteral("nom trop long");
+    case EFBIG: return QStringLiteral("fichier trop grand pour la place permise");
+    case EIO: return QStringLiteral("erreur de lecture ou d'écriture du disque");
+    case EMFILE:
+    case ENFILE: return QStringLiteral("trop de fichiers ouverts");
+    case ENOMEM: return QStringLiteral("mémoire insuffisante");
+    default: return QStringLiteral("erreur système n° %1").arg(code);
   }
-  return f.commit();
+}
+
+QString TexteEchecFichier() {
+  const EchecFichier e = Echec();
+  if (e.chemin.isEmpty()) return {};
+  return QStringLiteral("Fichier « %1 » : %2.").arg(QDir::toNativeSeparators(e.chemin), RaisonSysteme(e.code));
+}
+
+QString AvecRaison(const QString& rapport) {
+  const QString raison = TexteEchecFichier();
+  OublierEchecFichier();  // told once: a later report is not about this file
+  return raison.isEmpty() ? rapport : rapport + u'\n' + raison;
+}
+
+bool RemplacerFichierSur(const QString& chemin, const QByteArray& octets) {
+  // Written beside the target, flushed to disk (fdatasync) and renamed over
+  // it: a crash or a full disk leaves the old file whole. Each failing call
+  // keeps its errno, so that the user is told which file and why.
+  OublierEchecFichier();
+  if (chemin.isEmpty()) return Noter(chemin, ENOENT);
+  const QFileInfo info(chemin);
+  // A link is followed: the file it points to is the one replaced.
+  const QString vrai = info.isSymLink() && info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+  const QByteArray cible = QFile::encodeName(vrai);
+  QByteArray temporaire = cible + ".XXXXXX";
+  const int fd = ::mkstemp(temporaire.data());
+  if (fd < 0) return Noter(chemin, errno);
+  const auto abandonner = [&](int code) {
+    ::close(fd);
+    ::unlink(temporaire.constData());
+    return Noter(chemin, code);
+  };
+  // The target's permissions are kept; a new file gets the usual 0666 less the umask.
+  struct stat etat {};
+  mode_t droits = 0;
+  if (::stat(cible.constData(), &etat) == 0) {
+    droits = etat.st_mode & 07777;
+  } else {
+    const mode_t masque = ::umask(0);
+    ::umask(masque);
+    droits = 0666 & ~masque;
+  }
+  ::fchmod(fd, droits);
+  const char* p = octets.constData();
+  qsizetype reste = octets.size();
+  while (reste > 0) {
+    const ssize_t n = ::write(fd, p, size_t(reste));
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return abandonner(n < 0 ? errno : ENOSPC);
+    p += n;
+    reste -= n;
+  }
+  if (::fdatasync(fd) != 0) return abandonner(errno);
+  if (::close(fd) != 0) {
+    const int code = errno;
+    ::unlink(temporaire.constData());
+    return Noter(chemin, code);
+  }
+  if (::rename(temporaire.constData(), cible.constData()) != 0) {
+    const int code = errno;
+    ::unlink(temporaire.constData());
+    return Noter(chemin, code);
+  }
+  return true;
 }
 
 bool CopierFichierSur(const QString& source, const QString& cible) {
   QFile f(source);
-  if (!f.open(QIODevice::ReadOnly)) return false;
+  if (!f.open(QIODevice::ReadOnly)) return Noter(source, errno ? errno : EACCES);
   const QByteArray octets = f.readAll();
-  if (f.error() != QFileDevice::NoError) return false;
+  if (f.error() != QFileDevice::NoError) return Noter(source, EIO);
   return RemplacerFichierSur(cible, octets);
 }
 

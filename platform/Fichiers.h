@@ -30,6 +30,25 @@ bool RemplacerFichierSur(const QString& chemin, const QByteArray& octets);
 // The same, copying `source` over `cible`.
 bool CopierFichierSur(const QString& source, const QString& cible);
 
+// The last file operation of this thread that failed: the file and the
+// system's errno. Set by RemplacerFichierSur, CopierFichierSur and whoever
+// calls NoterEchecFichier; emptied when a replacement starts.
+struct EchecFichier {
+  QString chemin;  // absolute
+  int code = 0;    // errno
+};
+void NoterEchecFichier(const QString& chemin, int code);
+void OublierEchecFichier();
+EchecFichier DernierEchecFichier();
+// The system's reason in French: "disque plein", "dossier en lecture seule",
+// "droit refusé", "fichier utilisé par un autre programme"...
+QString RaisonSysteme(int code);
+// "Fichier « /chemin/nom » : disque plein." for the last failure; empty without.
+QString TexteEchecFichier();
+// The standard report followed, on its own line, by that text when there is
+// one; the failure is then forgotten.
+QString AvecRaison(const QString& rapport);
+
 bool FileExists(const QString& chemin);
 bool FolderExists(const QString& chemin);
 

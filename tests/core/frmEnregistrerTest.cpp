@@ -24,6 +24,7 @@
 #include "platform/Ini.h"
 #include "platform/Systeme.h"
 #include "tests/support/DialoguesScriptes.h"
+#include "tests/support/DossierMonte.h"
 
 namespace tg {
 namespace {
@@ -263,7 +264,7 @@ TEST_F(Enregistrer, CopieImpossibleOuAnnulee) {
   C<QPushButton>(f, "cmdConfirmer")->click();
   EXPECT_EQ(dlg.Dernier().texte,
             "Error 75 (Erreur d'accès au chemin/fichier) in procedure DialogueEnregistrer of "
-            "Feuille frmEnregistrer");
+            "Feuille frmEnregistrer\nFichier « " + RepApplication() + "absent/x.jpg » : fichier ou dossier inexistant.");
   EXPECT_NE(Fenetre("frmEnregistrer"), nullptr);
   EXPECT_EQ(s.Etape, 3);
   // A cancelled dialog does nothing.
@@ -275,6 +276,46 @@ TEST_F(Enregistrer, CopieImpossibleOuAnnulee) {
   EXPECT_EQ(Fenetre("frmEnregistrer"), nullptr);
   EXPECT_EQ(s.Etape, 3);
   EXPECT_EQ(w->findChild<QLineEdit*>("txtPoidsFichier")->text(), "N/A");
+}
+
+// The file the user saves over, on a read-only disk and on a full one: the
+// report, then the file and the reason; the old file stays as it was.
+TEST_F(Enregistrer, EchecDeCopieDitLeFichierEtLaRaison) {
+  s.PoidsMax = 30000;
+  Ouvrir();
+  Tester();
+  const QByteArray ancien(4096, 'x');
+  const QString fige = RepApplication() + "fige";
+  {
+    const test::DossierMonte lecture(fige, 1 << 20, true, "ancien.jpg", ancien);
+    if (!lecture.Monte()) GTEST_SKIP() << "monter un système de fichiers demande les droits de root";
+    dlg.chaines.push_back(fige + "/ancien.jpg");
+    C<QPushButton>(f, "cmdConfirmer")->click();
+    EXPECT_EQ(dlg.Dernier().texte,
+              "Error 75 (Erreur d'accès au chemin/fichier) in procedure DialogueEnregistrer of "
+              "Feuille frmEnregistrer\nFichier « " + fige + "/ancien.jpg » : dossier en lecture seule.");
+    QFile f(fige + "/ancien.jpg");
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), ancien);
+  }
+  const QString plein = RepApplication() + "plein";
+  const test::DossierMonte petit(plein, 8 * 1024);
+  ASSERT_TRUE(petit.Monte());
+  {
+    QFile f(plein + "/ancien.jpg");
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(ancien);
+  }
+  dlg.chaines.push_back(plein + "/ancien.jpg");
+  C<QPushButton>(f, "cmdConfirmer")->click();
+  EXPECT_TRUE(dlg.Dernier().texte.endsWith("\nFichier « " + plein + "/ancien.jpg » : disque plein."))
+      << dlg.Dernier().texte.toStdString();
+  QFile relu(plein + "/ancien.jpg");
+  ASSERT_TRUE(relu.open(QIODevice::ReadOnly));
+  EXPECT_EQ(relu.readAll(), ancien);
+  EXPECT_EQ(QDir(plein).entryList(QDir::Files | QDir::Hidden), QStringList{"ancien.jpg"});
+  EXPECT_NE(Fenetre("frmEnregistrer"), nullptr);
+  EXPECT_EQ(s.Etape, 3);
 }
 
 // ---------------------------------------------------------------- frmChooseRessampl

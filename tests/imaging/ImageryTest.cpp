@@ -86,7 +86,7 @@ TEST_F(Imagerie, InvalidHandlesAndBadFilesGiveTheirTexts) {
 
   ASSERT_TRUE(ai.IO_CreateImage(sortie, 4, 4));
   EXPECT_FALSE(ai.IO_SaveImage(sortie, "absent/x.bmp", FormatBMP, 0));
-  EXPECT_EQ(ai.Error_GetLast(), "Le fichier « x.bmp » ne peut pas être écrit : son dossier n'existe pas.");
+  EXPECT_EQ(ai.Error_GetLast(), "Le fichier « x.bmp » ne peut pas être écrit : fichier ou dossier inexistant.");
   EXPECT_FALSE(ai.Metadata_Get_EXIF(sortie, texte, 3));
 }
 

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 
 #include <QDir>
 #include <QFile>
 
+#include "tests/support/DossierMonte.h"
 #include "tests/support/LimiteFichier.h"
 #include "tests/support/Octets.h"
 #include "platform/Fichiers.h"
@@ -140,6 +143,46 @@ TEST(RemplacementSur, UneEcritureIncompleteLaisseLOriginal) {
   ASSERT_TRUE(f.open(QIODevice::ReadOnly));
   EXPECT_EQ(f.readAll(), QByteArray(1000, 'a'));
   EXPECT_EQ(QDir(QDir::currentPath()).entryList(QDir::Files), QStringList{"liste.dat"});
+}
+
+// A failed replacement keeps the file and the system's reason, told in French.
+TEST(RemplacementSur, DisquePleinEtDossierEnLectureSeuleNommesAvecLeurRaison) {
+  const QString plein = QDir::currentPath() + "/plein";
+  {
+    const test::DossierMonte disque(plein, 64 * 1024);
+    if (!disque.Monte()) GTEST_SKIP() << "monter un système de fichiers demande les droits de root";
+    const QString chemin = plein + "/table.dat";
+    ASSERT_TRUE(RemplacerFichierSur(chemin, QByteArray(20 * 1024, 'a')));
+    EXPECT_FALSE(RemplacerFichierSur(chemin, QByteArray(50 * 1024, 'b')));
+    EXPECT_EQ(DernierEchecFichier().code, ENOSPC);
+    EXPECT_EQ(TexteEchecFichier(), "Fichier « " + chemin + " » : disque plein.");
+    EXPECT_EQ(AvecRaison("Error 75 (x)"), "Error 75 (x)\nFichier « " + chemin + " » : disque plein.");
+    // Told once only.
+    EXPECT_EQ(AvecRaison("Error 75 (x)"), "Error 75 (x)");
+    QFile f(chemin);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), QByteArray(20 * 1024, 'a'));
+    EXPECT_EQ(QDir(plein).entryList(QDir::Files | QDir::Hidden), QStringList{"table.dat"});
+  }
+  const QString fige = QDir::currentPath() + "/fige";
+  const test::DossierMonte lecture(fige, 64 * 1024, true, "liste.dat", "\"ancien\"\r\n");
+  ASSERT_TRUE(lecture.Monte());
+  EXPECT_FALSE(EcrireListe(fige + "/liste.dat", {"nouveau"}));
+  EXPECT_EQ(TexteEchecFichier(), "Fichier « " + fige + "/liste.dat » : dossier en lecture seule.");
+  QStringList items;
+  ASSERT_TRUE(LireListe(fige + "/liste.dat", items));
+  EXPECT_EQ(items, QStringList{"ancien"});
+  // A successful replacement forgets the former failure.
+  EXPECT_TRUE(RemplacerFichierSur(QDir::currentPath() + "/ok.dat", "ok"));
+  EXPECT_TRUE(TexteEchecFichier().isEmpty());
+}
+
+TEST(RemplacementSur, RaisonsDuSystemeEnFrancais) {
+  EXPECT_EQ(RaisonSysteme(ENOSPC), "disque plein");
+  EXPECT_EQ(RaisonSysteme(EROFS), "dossier en lecture seule");
+  EXPECT_EQ(RaisonSysteme(EACCES), "droit refusé");
+  EXPECT_EQ(RaisonSysteme(ETXTBSY), "fichier utilisé par un autre programme");
+  EXPECT_EQ(RaisonSysteme(9999), "erreur système n° 9999");
 }
 
 }  // namespace
