@@ -12,11 +12,13 @@
 #include <QTemporaryDir>
 #include <QStandardPaths>
 #include <future>
+#include <optional>
 #include <unistd.h>
 
 #include "metadata/CExifJPEG.h"
 #include "metadata/CJPEG.h"
 #include "tests/metadata/Fabrique.h"
+#include "tests/support/CliPartage.h"
 #include "tests/support/Processus.h"
 #include "tests/support/TiffAppareil.h"
 
@@ -162,13 +164,19 @@ TEST(FichiersAbimesCli, JpegCoupeEtPhotoCDReduitASonEnTeteRefuses) {
 }
 
 // A file the user may not read: each command says so, and the file stays.
-// (As root, the tool runs as nobody through setpriv.)
+// (As root, the tool runs as nobody through setpriv, from a copy that nobody
+// can reach wherever the build folder lies.)
 TEST(FichiersAbimesCli, UnFichierIllisiblePourLUtilisateur) {
   QStringList avant;
+  std::optional<test::CliPartage> partage;
+  QString cli = Cli();
   if (geteuid() == 0) {
     const QString setpriv = QStandardPaths::findExecutable("setpriv");
     if (setpriv.isEmpty()) GTEST_SKIP() << "setpriv manque (paquet util-linux)";
     avant = {setpriv, "--reuid=65534", "--regid=65534", "--clear-groups"};
+    partage.emplace();
+    ASSERT_TRUE(partage->Erreur().isEmpty()) << partage->Erreur().toStdString();
+    cli = partage->Cli();
   }
   QTemporaryDir dossier(QDir::tempPath() + "/tg-droits-XXXXXX");
   QFile::setPermissions(dossier.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
@@ -185,7 +193,7 @@ TEST(FichiersAbimesCli, UnFichierIllisiblePourLUtilisateur) {
                                                  {"commentaire", "lire", chemin},
                                                  {"formater", chemin, "-o", dossier.path() + "/sortie.jpg"}}) {
     QStringList ligne = avant;
-    ligne << Cli() << c;
+    ligne << cli << c;
     const test::Sortie r = Executer(ligne.first(), ligne.mid(1), {"TESSELLOGRAPHE_HOME=" + dossier.path()});
     EXPECT_EQ(r.code, 3) << c.join(' ').toStdString() << " : " << r.erreur.toStdString();
     EXPECT_TRUE(QString::fromUtf8(r.erreur).contains("vous n'en avez pas le droit") ||
