@@ -71,15 +71,19 @@ bool CExifJPEG::ReadExif(const QByteArray& donnees) {
   }
   LireSousRepertoires(bloc, alignType, ifd_[0], sub_, gps_, interop_);
   LireNoteFabricant(bloc, alignType, sub_, GetManufacturer(), note_);
-  auto offsets = [this](const std::vector<CExifDirEnt>& entrees, int repertoire, int64_t debut,
-                        Ordre ordre, int64_t origine, bool relatifALEntree) {
+  // An empty thumbnail points at nothing: editors leave its offset at the
+  // end of the block, where it must stay.
+  const CExifDirEnt* longueurVignette = ifd_[1].Trouver(TagThumbnailLength);
+  const bool vignettePleine = longueurVignette && longueurVignette->GetDataVariant() > 0;
+  auto offsets = [&](const std::vector<CExifDirEnt>& entrees, int repertoire, int64_t debut,
+                     Ordre ordre, int64_t origine, bool relatifALEntree) {
     for (size_t i = 0; i < entrees.size(); ++i) {
       const CExifDirEnt& e = entrees[i];
       const int64_t entree = debut + 2 + 12 * int64_t(i);
       const bool valeur =
           e.GetDataSize() != 0 && int64_t(e.GetDataSize()) * uint32_t(e.NumberOfComponent) > 4;
       const bool vignette = repertoire == int(Repertoire::IFD1) && e.Tag == TagThumbnailOffset &&
-                            ValeurPointeur(&e) != 0;
+                            ValeurPointeur(&e) != 0 && vignettePleine;
       if (valeur || vignette)
         offsetsLus_.push_back({repertoire, e.Tag, entree + 8, relatifALEntree ? entree : origine,
                                uint32_t(e.OffsetToValue), ordre});

@@ -450,21 +450,27 @@ FichierSony Sony(bool mm) {
   valeur[32] = '\0';
   const QByteArray reste = SansApp0(JpegQt(64, 48)).mid(2);
   // IFD0 at 8 -> the sub-directory at 200 -> the note at 300, its directory
-  // at 312 with a value right behind it as Sony's have.
+  // at 312 with a value right behind it as Sony's have. IFD1 at 100 holds
+  // an empty thumbnail whose offset is the end of the block, as some
+  // editors leave it: it points at nothing and must not move.
   auto exif = [&](uint32_t offsetApercu) {
-    QByteArray t = EnTete(mm);
-    t += Ifd(mm,
-             {{0x010F, 2, 5, Ascii("SONY")},
-              {0x0110, 2, 9, Ascii("ILCE-7M3")},
-              {0x8769, 4, 1, U32(mm, 200)}},
-             8);
-    t.resize(200, '\0');
     const QByteArray note = QByteArray("SONY DSC \0\0\0", 12) +
                             Ifd(mm,
                                 {{0x0102, 4, 1, U32(mm, 2)},
                                  {0x0104, 10, 1, U32(mm, uint32_t(-2)) + U32(mm, 3)},
                                  {0x2001, 7, uint32_t(valeur.size()), U32(mm, offsetApercu)}},
                                 312);
+    QByteArray t = EnTete(mm);
+    t += Ifd(mm,
+             {{0x010F, 2, 5, Ascii("SONY")},
+              {0x0110, 2, 9, Ascii("ILCE-7M3")},
+              {0x8769, 4, 1, U32(mm, 200)}},
+             8, 100);
+    EXPECT_LE(t.size(), 100);
+    t.resize(100, '\0');
+    t += Ifd(mm, {{0x0201, 4, 1, U32(mm, uint32_t(300 + note.size()))}, {0x0202, 4, 1, U32(mm, 0)}},
+             100);
+    t.resize(200, '\0');
     t += Ifd(mm,
              {{0x829A, 5, 1, U32(mm, 1) + U32(mm, 60)},
               {0x927C, 7, uint32_t(note.size()), U32(mm, 300)}},
@@ -540,9 +546,18 @@ TEST(Reecriture, LApercuDUneNoteQuiPointeApresLImageSuitLesOctetsInseres) {
       ASSERT_FALSE(avant.contains("ExifTool:Warning"))
           << avant["ExifTool:Warning"].toString().toStdString();
     }
+    auto vignette = [](const QString& c) {
+      CImage image;
+      EXPECT_TRUE(image.ReadImage(c));
+      const CExifDirEnt* e = image.JPEG()->EXIF()->ifd(1)->Trouver(0x0201);
+      return e ? e->GetDataVariant() : -1;
+    };
+    const double vignetteSource = vignette(chemin);
+    ASSERT_GT(vignetteSource, 0);
     auto verifier = [&](const char* etape) {
       SCOPED_TRACE(etape);
       EXPECT_EQ(ApercuLu(chemin, f.apercu.size() - 1), f.apercu.mid(1));
+      EXPECT_EQ(vignette(chemin), vignetteSource);
       if (!exiftool) return;
       EXPECT_EQ(Extraire(chemin, "-Sony:PreviewImage").mid(1), f.apercu.mid(1));
       EXPECT_EQ(Extraire(chemin, "-MPImage2:PreviewImage"), f.deuxieme);
