@@ -467,4 +467,10 @@ void CPNG::SetCommentaire(const QString& texte) {
   }
 }
 
+std::optional<QString> CommentairePNG(const QString& chemin) {
+  CPNG p;
+  if (!p.ReadPNG(chemin) || !p.Lu()) return std::nullopt;
+  return p.Commentaire();
+}
+
 }  // namespace tg::meta

@@ -159,4 +159,10 @@ class CPNG : public CFormatImage {
   QByteArray tempsALaLecture_;
 };
 
+// The comment block of the PNG file `chemin` as the program's reader takes
+// it: CR LF line ends, from a tEXt, zTXt or iTXt under "Comment" in any
+// case (imaging libraries hand the chunk's own LF and UTF-8 bytes). nullopt
+// when the file is not a PNG.
+std::optional<QString> CommentairePNG(const QString& chemin);
+
 }  // namespace tg::meta

@@ -309,6 +309,8 @@ TEST(PNG, LeCommentaireEstCeQueLesLecteursPNGAttendent) {
   CPNG encore;
   encore.LireOctets(deux);
   EXPECT_EQ(encore.Commentaire(), euro);
+  EXPECT_EQ(CommentairePNG(EcrireFichier("euro.png", deux)), euro);
+  EXPECT_EQ(CommentairePNG(EcrireFichier("pas-png.jpg", "\xFF\xD8\xFF\xD9")), std::nullopt);
   if (Present("exiftool")) {
     QProcess outil;
     outil.start("exiftool", {"-j", "-PNG:Comment", EcrireFichier("euro.png", deux)});
