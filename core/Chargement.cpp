@@ -7,6 +7,7 @@
 #include "core/Session.h"
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
+#include "metadata/CPNG.h"
 #include "metadata/EchelleExterne.h"
 #include "platform/Fichiers.h"
 #include "platform/Nombres.h"
@@ -17,6 +18,11 @@ namespace {
 std::function<void(SessionRecord&)>& Lecteur() {
   static std::function<void(SessionRecord&)> lecteur;
   return lecteur;
+}
+// The PNG signature at the file's start; the rest is not read.
+bool EstPNG(const QString& chemin) {
+  QFile f(chemin);
+  return f.open(QIODevice::ReadOnly) && f.read(8) == QByteArray("\x89PNG\r\n\x1A\n", 8);
 }
 }  // namespace
 
@@ -59,6 +65,10 @@ QStringList RemplirSession(SessionRecord& s, cAdvancedImagery& ai, QString chemi
     erreurs << "Error - " + ai.Error_GetLast();
   if (!ai.Metadata_Get_Comments(s.ImageCourante, s.CommentaireImage))
     erreurs << "Error - " + ai.Error_GetLast();
+  // A PNG's chunk holds the block with LF ends, in UTF-8 for an iTXt: the
+  // metadata library gives it back as the program wrote it (CR LF).
+  if (EstPNG(chemin))
+    if (const auto commentaire = meta::CommentairePNG(chemin)) s.CommentaireImage = *commentaire;
   return erreurs;
 }
 

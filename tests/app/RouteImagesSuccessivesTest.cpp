@@ -5,6 +5,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QImage>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -95,6 +97,37 @@ TEST_F(ImagesSuccessives, UnFichierFormateNeMarquePasLesPhotosSuivantes) {
   const QString bloc = Commentaire(sortie);
   EXPECT_TRUE(bloc.contains("\r\nSecondFormatage=Non\r\n")) << bloc.toStdString();
   EXPECT_TRUE(bloc.contains(QRegularExpression("\r\nReductionImage=2[.,]84\r\n"))) << bloc.toStdString();
+  w->hide();
+}
+
+// A PNG keeps the block with LF ends (and UTF-8 past Latin-1): the program
+// reads it back as it wrote it, and takes the PNG for one of its own.
+TEST_F(ImagesSuccessives, UnPNGFormateEstReconnu) {
+  const QString photo = Photo(true);
+  const QString formatee = QDir::current().filePath("formatee.jpg");
+  ASSERT_EQ(test::Executer(test::Cli(), {"formater", photo, "-o", formatee, "--table", "1", "--objectif", "40",
+                                         "--longueur", "50", "--titre", QString::fromUtf8("Navicula 5 €")})
+                .code,
+            0);
+  const QString bloc = Commentaire(formatee);
+  ASSERT_TRUE(bloc.contains(QString::fromUtf8("TitreImage=Navicula 5 €\r\n")));
+  const QString png = QDir::current().filePath("formatee.png");
+  ASSERT_TRUE(QImage(formatee).save(png));
+  const QString texte = QDir::current().filePath("bloc.txt");
+  {
+    QFile f(texte);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bloc.toUtf8());
+  }
+  const test::Sortie r = test::Executer(test::Cli(), {"commentaire", "ecrire", png, "--depuis", texte});
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+
+  Ouvrir(png);
+  if (HasFatalFailure()) return;
+  EXPECT_EQ(s.CommentaireImage.toStdString(), bloc.toStdString());
+  EXPECT_TRUE(s.ImageDejaFormatee);
+  EXPECT_EQ(s.TitreImage, QString::fromUtf8("Navicula 5 €"));
+  EXPECT_EQ(Bulles("Image formatée TG"), 1);
   w->hide();
 }
 
