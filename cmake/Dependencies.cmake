@@ -1,3 +1,9 @@
+# HEIC, HEIF and AVIF (libheif) and camera RAW (LibRaw, its thread-safe
+# libraw_r): Debian's packages ship pkg-config files.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(LIBHEIF REQUIRED IMPORTED_TARGET libheif)
+pkg_check_modules(LIBRAW REQUIRED IMPORTED_TARGET libraw_r)
+
 # FreeImage ships no CMake or pkg-config file.
 find_path(FREEIMAGE_INCLUDE_DIR FreeImage.h REQUIRED)
 find_library(FREEIMAGE_LIBRARY NAMES freeimage REQUIRED)

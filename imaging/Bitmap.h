@@ -34,4 +34,8 @@ class Bitmap {
   FIBITMAP* dib_ = nullptr;
 };
 
+// A bitmap of that size and depth with no pixels, as the library's header-only
+// loads give: sizes and metadata only. Null when it cannot be allocated.
+FIBITMAP* AllouerEntete(int largeur, int hauteur, int bpp);
+
 }  // namespace tg

@@ -52,8 +52,8 @@ bool Structure(int32_t tag) {
   switch (tag) {
     case 254: case 256: case 257: case 258: case 259: case 262: case 273: case 277: case 278:
     case 279: case 284: case 317: case 320: case 322: case 323: case 324: case 325: case 338:
-    case 339: case 700: case 33723: case 34377: case 34665: case 34675: case 34853: case 37500:
-    case 40965:
+    case 330: case 339: case 700: case 33723: case 34377: case 34665: case 34675: case 34853: case 37500:
+    case 40965: case 50740:
       return true;
     default:
       return false;
@@ -88,6 +88,12 @@ void Metadonnees(const QString& chemin, FIBITMAP* dib) {
   const uchar* carte = f.map(0, f.size());
   const QByteArray octets = carte ? QByteArray::fromRawData(reinterpret_cast<const char*>(carte), f.size())
                                   : f.readAll();
+  AttacherExifTIFF(octets, chemin, dib);
+}
+
+}  // namespace
+
+void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib) {
   meta::CTIFF tiff;
   tiff.LireOctets(octets, chemin);
   meta::CExifTIFF& x = tiff.EXIF();
@@ -96,8 +102,6 @@ void Metadonnees(const QString& chemin, FIBITMAP* dib) {
   Copier(x.SubIFD(), meta::Repertoire::SubIFD, FIMD_EXIF_EXIF, dib);
   Copier(x.GPS(), meta::Repertoire::GPS, FIMD_EXIF_GPS, dib);
 }
-
-}  // namespace
 
 FIBITMAP* LireTIFF(const QString& chemin, QString& erreur) {
   erreur.clear();

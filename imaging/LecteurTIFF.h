@@ -6,6 +6,7 @@
 // the EXIF and GPS directories, read by the project's own checked parser, go
 // into the bitmap's metadata under the names the imaging library gives them,
 // so that every reader of that metadata sees what it saw before.
+#include <QByteArray>
 #include <QString>
 
 struct FIBITMAP;
@@ -15,5 +16,10 @@ namespace tg {
 // nullptr with a French message in `erreur` (libtiff's own words after it)
 // when the file cannot be read whole.
 FIBITMAP* LireTIFF(const QString& chemin, QString& erreur);
+
+// The tags of a TIFF structure (a TIFF or RAW file, the EXIF block of a HEIF
+// file: header, IFD0 and its EXIF and GPS directories) into the bitmap's
+// metadata, as LireTIFF attaches them. Nothing when the bytes are no TIFF.
+void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib);
 
 }  // namespace tg

@@ -106,6 +106,8 @@ struct Resultat {
       case TypeFichierImage::TIFF: return QStringLiteral("TIFF");
       case TypeFichierImage::PSD: return QStringLiteral("PSD");
       case TypeFichierImage::PCD: return QStringLiteral("Photo CD");
+      case TypeFichierImage::HEIF: return QStringLiteral("HEIC/HEIF/AVIF");
+      case TypeFichierImage::RAW: return QStringLiteral("RAW");
       default: return QString();
     }
   }
@@ -429,6 +431,231 @@ VerificationImage& Pcd(const Octets& o, Resultat& r) {
   return r.v;
 }
 
+// ---- HEIF, AVIF, CR3: ISO base media boxes, each inside the file; for
+// HEIF the items that iloc places in the file, and a size within the limits.
+
+struct Boite {
+  int64_t debut = 0, donnees = 0, fin = 0;  // box, its content, its end
+  char type[5] = {};
+};
+
+// The box at `p`, ending before `limite`; false when it does not fit.
+bool LireBoite(const Octets& o, int64_t p, int64_t limite, Boite& b) {
+  uint32_t taille = 0;
+  if (!o.u32(p, true, taille) || !o.a(p + 4, 4) || p + 8 > limite) return false;
+  std::memcpy(b.type, o.pointeur(p + 4), 4);
+  b.debut = p;
+  b.donnees = p + 8;
+  int64_t longueur = taille;
+  if (taille == 1) {  // 64-bit size after the type
+    uint32_t haut = 0, bas = 0;
+    if (!o.u32(p + 8, true, haut) || !o.u32(p + 12, true, bas) || haut > 0x7FFF) return false;
+    longueur = int64_t(haut) << 32 | bas;
+    b.donnees = p + 16;
+  } else if (taille == 0) {  // to the end
+    longueur = limite - p;
+  }
+  if (longueur < b.donnees - p || longueur > limite - p) return false;
+  b.fin = p + longueur;
+  return true;
+}
+
+// A big-endian unsigned of n bytes (0, 4 or 8; iloc's field sizes).
+bool Champ(const Octets& o, int64_t& p, uint32_t n, int64_t& v) {
+  v = 0;
+  if (n == 0) return true;
+  uint32_t a = 0, b = 0;
+  if (n == 4) {
+    if (!o.u32(p, true, a)) return false;
+    v = a;
+  } else if (n == 8) {
+    if (!o.u32(p, true, a) || !o.u32(p + 4, true, b) || a > 0x7FFF) return false;
+    v = int64_t(a) << 32 | b;
+  } else {
+    return false;
+  }
+  p += n;
+  return true;
+}
+
+// iloc: every extent stored in the file (construction method 0) lies in it.
+bool IlocDansLeFichier(const Octets& o, const Boite& b) {
+  uint32_t version = 0, tailles = 0, tailles2 = 0;
+  int64_t p = b.donnees;
+  if (!o.u8(p, version) || version > 2 || !o.u8(p + 4, tailles) || !o.u8(p + 5, tailles2)) return false;
+  p += 6;
+  const uint32_t tOffset = tailles >> 4, tLongueur = tailles & 15, tBase = tailles2 >> 4,
+                 tIndex = version > 0 ? tailles2 & 15 : 0;
+  uint32_t nombre = 0;
+  if (version < 2 ? !o.u16(p, true, nombre) : !o.u32(p, true, nombre)) return false;
+  p += version < 2 ? 2 : 4;
+  for (uint32_t i = 0; i < nombre; ++i) {
+    uint32_t methode = 0, extents = 0;
+    p += version < 2 ? 2 : 4;  // item id
+    if (version > 0) {
+      if (!o.u16(p, true, methode)) return false;
+      methode &= 15;
+      p += 2;
+    }
+    p += 2;  // data reference index
+    int64_t base = 0;
+    if (!Champ(o, p, tBase, base) || !o.u16(p, true, extents)) return false;
+    p += 2;
+    for (uint32_t e = 0; e < extents; ++e) {
+      int64_t index = 0, offset = 0, longueur = 0;
+      if (!Champ(o, p, tIndex, index) || !Champ(o, p, tOffset, offset) || !Champ(o, p, tLongueur, longueur))
+        return false;
+      if (p > b.fin) return false;
+      if (methode == 0 && (offset > o.taille() || base > o.taille() - offset || !o.a(base + offset, longueur)))
+        return false;
+    }
+  }
+  return p <= b.fin;
+}
+
+VerificationImage& Bmff(const Octets& o, Resultat& r) {
+  bool meta = false, donnees = false;
+  int64_t largeur = 0, hauteur = 0;
+  Boite b;
+  for (int64_t p = 0; p < o.taille(); p = b.fin) {
+    if (!LireBoite(o, p, o.taille(), b)) return r.Coupe(o.taille());
+    if (std::memcmp(b.type, "mdat", 4) == 0) donnees = true;
+    if (std::memcmp(b.type, "meta", 4) != 0) continue;
+    meta = true;
+    Boite e;
+    for (int64_t q = b.donnees + 4; q < b.fin; q = e.fin) {  // after version and flags
+      if (!LireBoite(o, q, b.fin, e)) return r.EnTete(QStringLiteral("sa description est mal formée"));
+      if (std::memcmp(e.type, "iloc", 4) == 0 && !IlocDansLeFichier(o, e)) return r.Coupe(o.taille());
+      if (std::memcmp(e.type, "idat", 4) == 0) donnees = true;
+      if (std::memcmp(e.type, "iprp", 4) != 0) continue;
+      // The sizes of the pictures (ispe): the largest is the primary picture's.
+      Boite c, f;
+      for (int64_t u = e.donnees; u < e.fin && LireBoite(o, u, e.fin, c); u = c.fin) {
+        if (std::memcmp(c.type, "ipco", 4) != 0) continue;
+        for (int64_t v = c.donnees; v < c.fin && LireBoite(o, v, c.fin, f); v = f.fin) {
+          uint32_t l = 0, h = 0;
+          if (std::memcmp(f.type, "ispe", 4) == 0 && o.u32(f.donnees + 4, true, l) && o.u32(f.donnees + 8, true, h) &&
+              int64_t(l) * h > largeur * hauteur) {
+            largeur = l;
+            hauteur = h;
+          }
+        }
+      }
+    }
+  }
+  if (r.v.type == TypeFichierImage::RAW) {
+    if (!donnees) return r.Coupe(o.taille());
+    return r.v;
+  }
+  if (!meta) return r.EnTete(QStringLiteral("il ne décrit aucune image"));
+  if (!donnees) return r.Coupe(o.taille());
+  if (largeur > 0 && !r.Dimensions(largeur, hauteur)) return r.v;
+  if (largeur == 0) return r.EnTete(QStringLiteral("il ne donne pas la taille de son image"));
+  return r.v;
+}
+
+// ---- Camera RAW shaped as TIFF (CR2, NEF, ARW, PEF, DNG, ORF, RW2): every
+// directory of the chain and their sub-directories, with their strips or
+// tiles, inside the file.
+
+bool RepertoiresRaw(const Octets& o, bool be, int64_t ifd, int profondeur, int& vus, int64_t& l, int64_t& h) {
+  for (int chaine = 0; ifd != 0; ++chaine) {
+    uint32_t n = 0;
+    if (++vus > 64 || chaine > 16 || !o.u16(ifd, be, n) || !o.a(ifd + 2, 12 * int64_t(n) + 4)) return false;
+    uint32_t offsets = 0, compte = 0, format = 0, longueurs = 0, formatLongueurs = 0, nl = 0, il = 0, ih = 0;
+    for (uint32_t i = 0; i < n; ++i) {
+      const int64_t e = ifd + 2 + 12 * int64_t(i);
+      uint32_t tag = 0, f = 0, c = 0, valeur = 0;
+      o.u16(e, be, tag);
+      o.u16(e + 2, be, f);
+      o.u32(e + 4, be, c);
+      if (f == 3) o.u16(e + 8, be, valeur);
+      else o.u32(e + 8, be, valeur);
+      static const int kTailles[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4};
+      const int64_t octets = f < 14 ? int64_t(kTailles[f]) * c : 0;
+      uint32_t position = 0;
+      if (octets > 4 && (!o.u32(e + 8, be, position) || !o.a(position, octets))) return false;
+      const uint32_t cible = octets > 4 ? position : uint32_t(e + 8);
+      if (tag == 256) il = valeur;
+      if (tag == 257) ih = valeur;
+      if ((tag == 273 || tag == 324) && c > 0) offsets = cible, compte = c, format = f;
+      if ((tag == 279 || tag == 325) && c > 0) longueurs = cible, nl = c, formatLongueurs = f;
+      if (tag == 330 && (f == 4 || f == 13) && profondeur < 2) {
+        for (uint32_t k = 0; k < c && k < 16; ++k) {
+          uint32_t sous = 0;
+          o.u32(cible + 4 * int64_t(k), be, sous);
+          if (!RepertoiresRaw(o, be, sous, profondeur + 1, vus, l, h)) return false;
+        }
+      }
+    }
+    if (int64_t(il) * ih > l * h) l = il, h = ih;
+    auto element = [&](uint32_t debut, uint32_t f, uint32_t k, uint32_t& v) {
+      return f == 3 ? o.u16(debut + 2 * int64_t(k), be, v) : o.u32(debut + 4 * int64_t(k), be, v);
+    };
+    for (uint32_t k = 0; k < compte; ++k) {
+      uint32_t debut = 0, longueur = 0;
+      if (!element(offsets, format, k, debut) || int64_t(debut) >= o.taille()) return false;
+      // Without byte counts (some RW2) the data run to the end: the start is all there is to check.
+      if (k < nl && (!element(longueurs, formatLongueurs, k, longueur) || !o.a(debut, longueur))) return false;
+    }
+    uint32_t suivant = 0;
+    o.u32(ifd + 2 + 12 * int64_t(n), be, suivant);
+    ifd = suivant;
+  }
+  return true;
+}
+
+VerificationImage& RawTiff(const Octets& o, Resultat& r) {
+  const bool be = o.egal(0, "MM", 2);
+  uint32_t ifd = 0, n = 0;
+  if (!o.u32(4, be, ifd) || !o.u16(ifd, be, n))
+    return r.EnTete(QStringLiteral("son premier répertoire est hors du fichier"));
+  int vus = 0;
+  int64_t l = 0, h = 0;
+  if (!RepertoiresRaw(o, be, ifd, 0, vus, l, h)) return r.Coupe(o.taille());
+  if (l > 0 && h > 0 && !r.Dimensions(l, h)) return r.v;
+  return r.v;
+}
+
+// ---- Fujifilm RAF: the preview, the sensor's header and its data, where the
+// fixed header says, inside the file.
+
+VerificationImage& Raf(const Octets& o, Resultat& r) {
+  for (int64_t champ : {84, 92, 100}) {
+    uint32_t debut = 0, longueur = 0;
+    if (!o.u32(champ, true, debut) || !o.u32(champ + 4, true, longueur)) return r.Coupe(o.taille());
+    if (longueur > 0 && !o.a(debut, longueur)) return r.Coupe(o.taille());
+  }
+  return r.v;
+}
+
+// A TIFF that is a camera's RAW: its name, a CR2's mark, or a DNG's version tag in IFD0.
+bool TiffEstRaw(const Octets& o, const QString& extension) {
+  if (ExtensionsRAW().contains(extension) || o.egal(8, "CR\x02", 3)) return true;
+  const bool be = o.egal(0, "MM", 2);
+  uint32_t ifd = 0, n = 0;
+  if (!o.u32(4, be, ifd) || !o.u16(ifd, be, n)) return false;
+  for (uint32_t i = 0; i < n && i < 1000; ++i) {
+    uint32_t tag = 0;
+    if (!o.u16(ifd + 2 + 12 * int64_t(i), be, tag)) return false;
+    if (tag == 0xC612) return true;  // DNGVersion
+  }
+  return false;
+}
+
+// The brands of an ISO base media file: HEIF or AVIF, or Canon's CR3.
+TypeFichierImage TypeBmff(const Octets& o) {
+  uint32_t taille = 0;
+  if (!o.egal(4, "ftyp", 4) || !o.u32(0, true, taille) || taille < 16) return TypeFichierImage::Inconnu;
+  if (o.egal(8, "crx ", 4)) return TypeFichierImage::RAW;
+  static const char* const kMarques[] = {"heic", "heix", "hevc", "hevx", "heim", "heis", "hevm", "hevs",
+                                         "mif1", "msf1", "mif2", "avif", "avis"};
+  for (int64_t p = 8; p + 4 <= int64_t(taille) && o.a(p, 4); p += (p == 8 ? 8 : 4))
+    for (const char* m : kMarques)
+      if (o.egal(p, m, 4)) return TypeFichierImage::HEIF;
+  return TypeFichierImage::Inconnu;
+}
+
 QString TexteErreurLecture(int code) {
   switch (code) {
     case EACCES:
@@ -451,9 +678,16 @@ VerificationImage VerifierOctetsImage(const char* octets, int64_t taille, const 
   else if (o.egal(0, "BM", 2)) v.type = TypeFichierImage::BMP;
   else if (o.egal(0, "\x89PNG\r\n\x1A\n", 8)) v.type = TypeFichierImage::PNG;
   else if (o.egal(0, "GIF87a", 6) || o.egal(0, "GIF89a", 6)) v.type = TypeFichierImage::GIF;
-  else if (o.egal(0, "II*\0", 4) || o.egal(0, "MM\0*", 4)) v.type = TypeFichierImage::TIFF;
+  else if (o.egal(0, "II*\0", 4) || o.egal(0, "MM\0*", 4))
+    v.type = TiffEstRaw(o, extension) ? TypeFichierImage::RAW : TypeFichierImage::TIFF;
   else if (o.egal(0, "8BPS", 4)) v.type = TypeFichierImage::PSD;
   else if (o.egal(0x800, "PCD_IPI", 7) || extension == u"pcd") v.type = TypeFichierImage::PCD;
+  else if (o.egal(0, "IIRO", 4) || o.egal(0, "IIRS", 4) || o.egal(0, "MMOR", 4) || o.egal(0, "IIU\0", 4) ||
+           o.egal(0, "FUJIFILMCCD-RAW", 15))
+    v.type = TypeFichierImage::RAW;
+  else v.type = TypeBmff(o);
+  // Other RAW types (MRW, X3F, ...) by their name alone: LibRaw checks them.
+  if (v.type == TypeFichierImage::Inconnu && ExtensionsRAW().contains(extension)) v.type = TypeFichierImage::RAW;
   switch (v.type) {
     case TypeFichierImage::JPEG: return Jpeg(o, r);
     case TypeFichierImage::BMP: return Bmp(o, r);
@@ -462,12 +696,30 @@ VerificationImage VerifierOctetsImage(const char* octets, int64_t taille, const 
     case TypeFichierImage::TIFF: return Tiff(o, r);
     case TypeFichierImage::PSD: return Psd(o, r);
     case TypeFichierImage::PCD: return Pcd(o, r);
+    case TypeFichierImage::HEIF: return Bmff(o, r);
+    case TypeFichierImage::RAW:
+      if (o.egal(4, "ftyp", 4)) return Bmff(o, r);
+      if (o.egal(0, "FUJIFILMCCD-RAW", 15)) return Raf(o, r);
+      if (o.egal(0, "II", 2) || o.egal(0, "MM", 2)) return RawTiff(o, r);
+      return r.v;
     default:
       return r.Refus(QStringLiteral(
                          "Le fichier %1 n'est pas une image d'un format que le programme ouvre "
-                         "(JPEG, BMP, PNG, GIF, PSD, PCD, TIFF).")
+                         "(JPEG, BMP, PNG, GIF, PSD, PCD, TIFF, HEIC, AVIF, RAW).")
                          .arg(Guillemets(nom)));
   }
+}
+
+const QStringList& ExtensionsRAW() {
+  static const QStringList liste = {"cr2", "cr3", "crw", "nef", "nrw", "arw", "srf", "sr2", "orf", "rw2", "raf",
+                                    "pef", "dng", "srw", "rwl", "iiq", "3fr", "erf", "kdc", "dcr", "mef", "mos",
+                                    "mrw", "x3f"};
+  return liste;
+}
+
+const QStringList& ExtensionsHEIF() {
+  static const QStringList liste = {"heic", "heif", "hif", "avif"};
+  return liste;
 }
 
 VerificationImage VerifierFichierImage(const QString& chemin) {

@@ -6,6 +6,7 @@
 // be decoded (its lower part grey) once the user agrees.
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 
 namespace tg {
@@ -14,11 +15,21 @@ namespace tg {
 inline constexpr int64_t kCoteMaxImage = 30000;
 inline constexpr int64_t kPixelsMaxImage = 200'000'000;
 
-enum class TypeFichierImage { Inconnu, JPEG, BMP, PNG, GIF, TIFF, PSD, PCD };
+// HEIF covers HEIC and AVIF (one container, ISO base media); RAW the camera
+// RAW files LibRaw reads.
+enum class TypeFichierImage { Inconnu, JPEG, BMP, PNG, GIF, TIFF, PSD, PCD, HEIF, RAW };
+
+// Extensions, lower case without the dot, of the camera RAW files the program
+// opens: a TIFF-shaped file (NEF, ARW, PEF...) is a RAW by its name, a CR2,
+// ORF, RW2, RAF, CR3 or DNG also by its content.
+const QStringList& ExtensionsRAW();
+// The same for HEIC, HEIF and AVIF.
+const QStringList& ExtensionsHEIF();
 
 struct VerificationImage {
   TypeFichierImage type = TypeFichierImage::Inconnu;
-  int64_t largeur = 0, hauteur = 0;  // as the header gives them; 0 when it does not
+  // As the header gives them; 0 when it does not (a RAW's size is LibRaw's to tell).
+  int64_t largeur = 0, hauteur = 0;
   bool refuse = false;               // never to be decoded
   bool incomplet = false;            // a JPEG cut inside its image data
   QString message;                   // French, whole sentences, for either case

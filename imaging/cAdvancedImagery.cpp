@@ -23,6 +23,8 @@
 #include <vector>
 
 #include "imaging/DecodageJpeg.h"
+#include "imaging/LecteurHEIF.h"
+#include "imaging/LecteurRAW.h"
 #include "imaging/LecteurTIFF.h"
 #include "imaging/PixelEffects.h"
 #include "imaging/VerificationFichier.h"
@@ -208,9 +210,13 @@ bool cAdvancedImagery::IO_LoadImage(const QString& chemin, Bitmap& sortie) {
   if (verification.refuse) return Echec(verification.message);
   incomplet_ = verification.incomplet ? verification.message : QString();
   MessageBibliotheque().clear();
-  if (verification.type == TypeFichierImage::TIFF) {
+  if (verification.type == TypeFichierImage::TIFF || verification.type == TypeFichierImage::HEIF ||
+      verification.type == TypeFichierImage::RAW) {
     QString erreur;
-    FIBITMAP* dib = LireTIFF(chemin, erreur);
+    int l = 0, h = 0;
+    FIBITMAP* dib = verification.type == TypeFichierImage::TIFF   ? LireTIFF(chemin, erreur)
+                    : verification.type == TypeFichierImage::HEIF ? LireHEIF(chemin, erreur)
+                                                                  : LireRAW(chemin, 1, l, h, erreur);
     if (dib == nullptr) return Echec(erreur);
     sortie.Reset(dib);
     return true;
@@ -257,6 +263,21 @@ bool cAdvancedImagery::IO_LoadImageReduite(const QString& chemin, int minLargeur
   incomplet_.clear();
   const VerificationImage verification = VerifierFichierImage(chemin);
   if (verification.refuse) return Echec(verification.message);
+  if (verification.type == TypeFichierImage::RAW) {
+    // LibRaw's half-size decode, like a JPEG's reduced one, when it leaves
+    // enough: the size of the whole picture is read first, without decoding.
+    QString erreur;
+    int l = 0, h = 0;
+    Bitmap entete(LireRAW(chemin, 1, l, h, erreur, false));
+    if (entete.Vide()) return Echec(erreur);
+    const int reduction = l / 2 >= minLargeur && h / 2 >= minHauteur ? 2 : 1;
+    FIBITMAP* dib = LireRAW(chemin, reduction, l, h, erreur);
+    if (dib == nullptr) return Echec(erreur);
+    sortie.Reset(dib);
+    largeurFichier = l;
+    hauteurFichier = h;
+    return true;
+  }
   InfosImage infos;
   int d = 1;
   if (verification.type == TypeFichierImage::JPEG && Info_File(chemin, infos))
@@ -293,6 +314,14 @@ bool cAdvancedImagery::IO_LoadEntete(const QString& chemin, Bitmap& sortie) {
   incomplet_.clear();
   const VerificationImage verification = VerifierFichierImage(chemin);
   if (verification.refuse) return Echec(verification.message);
+  if (verification.type == TypeFichierImage::HEIF || verification.type == TypeFichierImage::RAW) {
+    // Size and metadata alone: the pixels are decoded once the output size is known.
+    QString erreur;
+    int l = 0, h = 0;
+    sortie.Reset(verification.type == TypeFichierImage::HEIF ? LireHEIF(chemin, erreur, false)
+                                                             : LireRAW(chemin, 1, l, h, erreur, false));
+    return sortie.Vide() ? Echec(erreur) : true;
+  }
   if (verification.type != TypeFichierImage::JPEG) return IO_LoadImage(chemin, sortie);
   MessageBibliotheque().clear();
   const QByteArray nom = NomFichier(chemin);
@@ -305,6 +334,7 @@ bool cAdvancedImagery::IO_LoadEntete(const QString& chemin, Bitmap& sortie) {
 bool cAdvancedImagery::IO_LoadImageRedimensionnee(const QString& chemin, int largeur, int hauteur,
                                                   const Bitmap& entete, Bitmap& sortie) {
   sortie.Reset();
+  if (VerifierFichierImage(chemin).type != TypeFichierImage::JPEG) return Echec("Not a JPEG file");
   // Without a DCT scale the whole decode and FreeImage's own resampling give
   // the very pixels the windows give: that road is kept.
   if (!entete.Vide() &&
@@ -355,6 +385,13 @@ bool cAdvancedImagery::IO_LoadThumbnail(const QString& chemin, int cote, QImage&
       }
     }
   }
+  if (verification.type == TypeFichierImage::HEIF || verification.type == TypeFichierImage::RAW) {
+    // The preview the file carries, never the whole picture when there is one.
+    QString erreur;
+    sortie = verification.type == TypeFichierImage::HEIF ? VignetteHEIF(chemin, cote, erreur)
+                                                         : VignetteRAW(chemin, cote, erreur);
+    return sortie.isNull() ? Echec(erreur) : true;
+  }
   Bitmap image, vignette;
   const QString incomplet = incomplet_;
   if (!IO_LoadImage(chemin, image) || !Effect_Thumbnail(image, vignette, cote)) return false;
@@ -366,6 +403,12 @@ bool cAdvancedImagery::Info_File(const QString& chemin, InfosImage& infos) {
   infos = InfosImage{};
   const VerificationImage verification = VerifierFichierImage(chemin);
   if (verification.refuse) return Echec(verification.message);
+  if (verification.type == TypeFichierImage::HEIF || verification.type == TypeFichierImage::RAW) {
+    Bitmap entete;
+    if (!IO_LoadEntete(chemin, entete)) return false;
+    infos = LireInfos(entete.Get());
+    return true;
+  }
   const QByteArray nom = NomFichier(chemin);
   FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(nom.constData(), 0);
   if (fif == FIF_UNKNOWN) fif = FreeImage_GetFIFFromFilename(nom.constData());

@@ -69,7 +69,8 @@ class cAdvancedImagery {
   QString Error_GetLast() const { return derniereErreur_; }
 
   // Loads any type FreeImage reads; BMP files that FreeImage refuses (V4/V5
-  // headers) are read through Qt, TIFF files through libtiff. The file is
+  // headers) are read through Qt, TIFF files through libtiff, HEIC, HEIF and
+  // AVIF through libheif, camera RAW files through LibRaw. The file is
   // checked first: one whose header fails the check never reaches a decoder
   // (false, the French reason in Error_GetLast). A JPEG cut inside its image
   // data is loaded, its lower part grey, and Incomplet() then tells so with
@@ -80,20 +81,22 @@ class cAdvancedImagery {
   // empty for a whole file.
   QString Incomplet() const { return incomplet_; }
   // A picture of at most `cote` pixels on its longer side, for the finder: a
-  // JPEG is decoded at a reduced DCT scale, never whole; other files load
-  // whole and are reduced. The file is checked as IO_LoadImage does it, and
+  // JPEG is decoded at a reduced DCT scale, never whole; a HEIF or a RAW
+  // gives the preview it carries; other files load whole and are reduced. The file is checked as IO_LoadImage does it, and
   // Incomplet() tells about a cut one. May run off the interface thread, on
   // an object of its own.
   bool IO_LoadThumbnail(const QString& chemin, int cote, QImage& sortie);
   // For a picture that goes straight to resizing: a JPEG decoded at the
   // smallest DCT scale (1/2, 1/4, 1/8) that still leaves at least
-  // minLargeur x minHauteur, any other file whole. The file's own size comes
-  // back in largeurFichier, hauteurFichier.
+  // minLargeur x minHauteur, a RAW at half size when that leaves as much, any
+  // other file whole. The file's own size comes back in largeurFichier,
+  // hauteurFichier.
   bool IO_LoadImageReduite(const QString& chemin, int minLargeur, int minHauteur, Bitmap& sortie,
                            int& largeurFichier, int& hauteurFichier);
-  // For a picture decoded later straight to its output size: a JPEG's header
-  // and metadata without its pixels (Info_Pixels false), any other file whole
-  // as IO_LoadImage gives it. Checked, and Incomplet() set, as IO_LoadImage.
+  // For a picture decoded later straight to its output size: a JPEG's, a
+  // HEIF's or a RAW's header and metadata without its pixels (Info_Pixels
+  // false), any other file whole as IO_LoadImage gives it. Checked, and
+  // Incomplet() set, as IO_LoadImage.
   bool IO_LoadEntete(const QString& chemin, Bitmap& sortie);
   // A JPEG decoded straight to largeur x hauteur: the smallest DCT scale
   // leaving twice that size, then Lanczos 3, on two threads, the whole

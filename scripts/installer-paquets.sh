@@ -8,7 +8,7 @@ set -euo pipefail
 PAQUETS=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev libgl-dev
-  libfreeimage-dev
+  libfreeimage-dev libheif-dev libraw-dev libheif-examples
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-liberation2 fonts-comic-neue
   libimage-exiftool-perl libjpeg-turbo-progs
