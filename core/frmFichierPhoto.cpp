@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QFrame>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -30,6 +31,7 @@
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Fichiers.h"
 #include "platform/Ini.h"
 #include "platform/Systeme.h"
@@ -89,6 +91,20 @@ QLineEdit* Champ(QWidget* parent, const QString& nom, int largeur) {
   if (largeur > 0) c->setFixedWidth(largeur);
   return c;
 }
+
+// The status strip asks no more width than its wider part: given less than
+// both need, they go on two rows (DisposerInfos) and the window never grows
+// past the screen for it.
+class BandeauInfos : public QWidget {
+ public:
+  using QWidget::QWidget;
+  std::pair<QWidget*, QWidget*> parties{};
+  QSize minimumSizeHint() const override {
+    const QSize m = QWidget::minimumSizeHint();
+    if (!parties.first || !parties.second) return m;
+    return {std::max(parties.first->minimumSizeHint().width(), parties.second->minimumSizeHint().width()), m.height()};
+  }
+};
 
 QLabel* Indicateur(QWidget* parent, const QString& nom, const QString& icone) {
   auto* l = new QLabel(parent);
@@ -240,39 +256,55 @@ void frmFichierPhoto::ConstruireCentre() {
   auto* vbox = new QVBoxLayout(centre);
   vbox->setContentsMargins(4, 4, 4, 4);
 
-  // Status strip.
-  auto* infos = new QWidget(centre);
+  // Status strip: the picture's fields, then the file's; the file's go
+  // under the picture's when the screen is too narrow for one row.
+  auto* infos = new BandeauInfos(centre);
   infos->setObjectName(QStringLiteral("fraInfos"));
-  auto* h = new QHBoxLayout(infos);
+  grilleInfos_ = new QGridLayout(infos);
+  grilleInfos_->setContentsMargins(0, 0, 0, 0);
+  grilleInfos_->setVerticalSpacing(2);
+  infosImage_ = new QWidget(infos);
+  infosImage_->setObjectName(QStringLiteral("fraInfosImage"));
+  auto* h = new QHBoxLayout(infosImage_);
   h->setContentsMargins(0, 0, 0, 0);
-  h->addWidget(Champ(infos, "txtPathOrigine", 0), 3);
-  h->addWidget(Indicateur(infos, "imgInfoTaille", "Taille"));
-  h->addWidget(Champ(infos, "txtTaille", 90));
-  h->addWidget(Indicateur(infos, "imgInfoCadrage", "ApnVide"));
-  h->addWidget(Champ(infos, "txtCadrage", 70));
-  h->addWidget(Indicateur(infos, "imgInfoZoom", "ZoomVide"));
-  h->addWidget(Champ(infos, "txtFocale", 70));
-  txtDigitalZoom_ = Champ(infos, "txtDigitalZoom", 90);
+  h->addWidget(Champ(infosImage_, "txtPathOrigine", 0), 3);
+  h->addWidget(Indicateur(infosImage_, "imgInfoTaille", "Taille"));
+  h->addWidget(Champ(infosImage_, "txtTaille", 90));
+  h->addWidget(Indicateur(infosImage_, "imgInfoCadrage", "ApnVide"));
+  h->addWidget(Champ(infosImage_, "txtCadrage", 70));
+  h->addWidget(Indicateur(infosImage_, "imgInfoZoom", "ZoomVide"));
+  h->addWidget(Champ(infosImage_, "txtFocale", 70));
+  txtDigitalZoom_ = Champ(infosImage_, "txtDigitalZoom", 90);
   h->addWidget(txtDigitalZoom_);
-  lblTickCount_ = new QLabel(infos);
+  infosFichier_ = new QWidget(infos);
+  infosFichier_->setObjectName(QStringLiteral("fraInfosFichier"));
+  h = new QHBoxLayout(infosFichier_);
+  h->setContentsMargins(0, 0, 0, 0);
+  lblTickCount_ = new QLabel(infosFichier_);
   lblTickCount_->setObjectName(QStringLiteral("lblTickCount"));
   lblTickCount_->setMinimumWidth(90);
-  h->addWidget(lblTickCount_);
-  auto* lblInfosPoids = new QLabel(QStringLiteral("Poids (ko) :"), infos);
+  h->addWidget(lblTickCount_, 1);
+  auto* lblInfosPoids = new QLabel(QStringLiteral("Poids (ko) :"), infosFichier_);
   lblInfosPoids->setObjectName(QStringLiteral("lblInfosPoids"));
   h->addWidget(lblInfosPoids);
-  h->addWidget(Champ(infos, "txtPoidsFichier", 60));
-  auto* agrandir = new QPushButton(QStringLiteral("+"), infos);
+  h->addWidget(Champ(infosFichier_, "txtPoidsFichier", 60));
+  auto* agrandir = new QPushButton(QStringLiteral("+"), infosFichier_);
   agrandir->setObjectName(QStringLiteral("cmdAgrandirTxtExif"));
   agrandir->setFixedWidth(26);
   agrandir->setToolTip(QStringLiteral("Afficher les métadonnées"));
   connect(agrandir, &QPushButton::clicked, this, [this] { AgrandirTxtExif(); });
   h->addWidget(agrandir);
-  auto* reduire = new QPushButton(QStringLiteral("-"), infos);
+  auto* reduire = new QPushButton(QStringLiteral("-"), infosFichier_);
   reduire->setObjectName(QStringLiteral("cmdReduirTxtExif"));
   reduire->setFixedWidth(26);
   connect(reduire, &QPushButton::clicked, this, [this] { ReduireTxtExif(); });
   h->addWidget(reduire);
+  infos->parties = {infosImage_, infosFichier_};
+  grilleInfos_->addWidget(infosImage_, 0, 0);
+  grilleInfos_->addWidget(infosFichier_, 0, 1);
+  grilleInfos_->setColumnStretch(0, 3);
+  grilleInfos_->setColumnStretch(1, 1);
+  infos->installEventFilter(this);
   vbox->addWidget(infos);
 
   // The display.
@@ -316,7 +348,8 @@ void frmFichierPhoto::ConstruireCentre() {
   slider_->setObjectName(QStringLiteral("Slider1"));
   slider_->setRange(1, 1000);  // percent
   slider_->setValue(100);
-  slider_->setFixedWidth(220);
+  slider_->setMinimumWidth(80);
+  slider_->setMaximumWidth(220);
   connect(slider_, &QSlider::valueChanged, this, [this] { AppliquerZoom(); });
   hb->addWidget(slider_);
   lblValueSlider_ = new QLabel(bas);
@@ -490,6 +523,9 @@ void frmFichierPhoto::AppliquerEtape() {
   for (const Changement& c : e.changements) AppliquerChangement(c);
   for (const QString& nom : e.fenetresAFermer) FermerFenetres(nom);
   if (e.viderAffichage) ViderAffichage();
+  DisposerInfos();
+  // The final picture whole, its cartouche included, behind the stage's help.
+  if (s_.Etape == 3) AfficherImageEntiere();
   if (e.amenerDevant) {
     raise();
     activateWindow();
@@ -672,6 +708,31 @@ void frmFichierPhoto::AjusterAffichage() {
   AppliquerZoom();
 }
 
+void frmFichierPhoto::DisposerInfos() {
+  const int place = infosImage_->parentWidget()->width();
+  const int besoin = infosImage_->minimumSizeHint().width() + grilleInfos_->horizontalSpacing() +
+                     infosFichier_->minimumSizeHint().width();
+  const bool uneLigne = besoin <= place;
+  int ligne = 0, colonne = 0, lignes = 0, colonnes = 0;
+  grilleInfos_->getItemPosition(grilleInfos_->indexOf(infosFichier_), &ligne, &colonne, &lignes, &colonnes);
+  if (uneLigne == (ligne == 0)) return;
+  grilleInfos_->removeWidget(infosImage_);
+  grilleInfos_->removeWidget(infosFichier_);
+  if (uneLigne) {
+    grilleInfos_->addWidget(infosImage_, 0, 0);
+    grilleInfos_->addWidget(infosFichier_, 0, 1);
+  } else {
+    grilleInfos_->addWidget(infosImage_, 0, 0, 1, 2);
+    grilleInfos_->addWidget(infosFichier_, 1, 0, 1, 2);
+  }
+}
+
+void frmFichierPhoto::AfficherImageEntiere() {
+  if (!imageAffichee_ || s_.Largeur <= 0 || s_.Hauteur <= 0) return;
+  slider_->setValue(PourcentageImageEntiere(picCadre_->size(), QSize(s_.Largeur, s_.Hauteur)));
+  AppliquerZoom();
+}
+
 void frmFichierPhoto::PlacerTxtExif() {
   const int x = std::min(kGaucheExif, std::max(0, picCadre_->width() - 200));
   const int h = txtExifAgrandi_ ? std::max(kHauteurExif, picCadre_->height() - 20) : kHauteurExif;
@@ -692,6 +753,8 @@ void frmFichierPhoto::LibelleBoutonMeta(const QString& texte) {
   b->setText(texte);
   b->setFixedWidth(texte.size() <= 1 ? 26 : b->fontMetrics().horizontalAdvance(texte) + 16);
   b->show();
+  // Before the window takes the new width of the strip.
+  DisposerInfos();
 }
 
 void frmFichierPhoto::ReduireTxtExif() {
@@ -706,6 +769,8 @@ void frmFichierPhoto::MasquerAccueil() {
 }
 
 bool frmFichierPhoto::eventFilter(QObject* objet, QEvent* e) {
+  if (infosImage_ && objet == infosImage_->parentWidget() && (e->type() == QEvent::LayoutRequest || e->type() == QEvent::Resize))
+    DisposerInfos();
   if (objet == picCadre_ && e->type() == QEvent::Resize) {
     PlacerBarres();
     PlacerTxtExif();

@@ -14,6 +14,7 @@
 
 class QAction;
 class QFrame;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -60,6 +61,8 @@ class frmFichierPhoto : public QMainWindow {
   bool ConvertirPourAffichage(const Bitmap& image, QImage& sortie);
   // Fit button: slider from the frame size; nothing without an image.
   void AjusterAffichage();
+  // The zoom at which the whole picture shows in the display, at most 100 %.
+  void AfficherImageEntiere();
   // PicFormat(0..4) and lblFormatSortie in the format colours.
   void ColorerFormats();
   // Entries mnuRecent1..5 of the "Récents" menu with these file titles, most
@@ -135,6 +138,8 @@ class frmFichierPhoto : public QMainWindow {
   void AppliquerZoom();
   void PlacerBarres();
   void PlacerTxtExif();
+  // The status strip in one row, or two when the screen is too narrow.
+  void DisposerInfos();
   void MasquerAccueil();
   void Appeler(const QString& crochet);
   void Erreur(const QString& texte);
@@ -172,6 +177,9 @@ class frmFichierPhoto : public QMainWindow {
   QPlainTextEdit* txtExif_ = nullptr;
   QLineEdit* txtDigitalZoom_ = nullptr;
   QLabel* lblTickCount_ = nullptr;
+  QGridLayout* grilleInfos_ = nullptr;
+  QWidget* infosImage_ = nullptr;
+  QWidget* infosFichier_ = nullptr;
   QLabel* lblFormatSortie_ = nullptr;
   std::vector<QPushButton*> picFormat_;
   QFrame* picDialogueCopier_ = nullptr;
