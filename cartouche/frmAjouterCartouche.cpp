@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "cartouche/BlocMeta.h"
 #include "cartouche/Echelle.h"
@@ -26,6 +27,7 @@
 #include "measure/TableMesure.h"
 #include "measure/modOpTableMesure.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Fichiers.h"
 #include "platform/Liste.h"
 #include "platform/Nombres.h"
@@ -53,6 +55,9 @@ T* Nomme(T* w, const QString& nom) {
 const char* const kChoisirAnnuler = "*Choisir / Annuler*";
 const char* const kLegendesLstDefaut[3] = {"Provenance", "Préparation", "Coloration"};
 
+// A two-line state as a line edit shows it: the line break as two blanks.
+QString UneLigne(const char* texte) { return QString::fromUtf8(texte).replace(QStringLiteral("\r\n"), QStringLiteral("  ")); }
+
 }  // namespace
 
 frmAjouterCartouche::frmAjouterCartouche(SessionRecord& s, cAdvancedImagery& ai,
@@ -66,7 +71,9 @@ frmAjouterCartouche::frmAjouterCartouche(SessionRecord& s, cAdvancedImagery& ai,
 frmAjouterCartouche::~frmAjouterCartouche() = default;
 
 void frmAjouterCartouche::Construire() {
-  auto* grille = new QGridLayout(this);
+  // The form scrolls when the screen is too short; its ways out stay below it.
+  auto* formulaire = Nomme(new QWidget, QStringLiteral("fraFormulaire"));
+  auto* grille = new QGridLayout(formulaire);
   int ligne = 0;
   auto ligneEdit = [&](const char* nom, const QString& libelle) {
     auto* e = Nomme(new QLineEdit(this), QLatin1String(nom));
@@ -96,12 +103,17 @@ void frmAjouterCartouche::Construire() {
   comboProvenance_ = ligneCombo("comboProvenance", QStringLiteral("Provenance :"));
   comboMontage_ = ligneCombo("comboMontage", QStringLiteral("Préparation (montage) :"));
   comboColoration_ = ligneCombo("comboColoration", QStringLiteral("Coloration :"));
+  // "+ liste" beside the list it feeds.
   const char* nomsListe[4] = {"chkEclairage", "chkProvenance", "chkMontage", "chkColoration"};
+  const char* listes[4] = {"des éclairages", "des provenances", "des préparations", "des colorations"};
+  QComboBox* combos[4] = {ComboEclairage_, comboProvenance_, comboMontage_, comboColoration_};
   for (int i = 0; i < 4; ++i) {
     chkListe_[i] = Nomme(new QCheckBox(QStringLiteral("+ liste"), this), QLatin1String(nomsListe[i]));
-    grille->addWidget(chkListe_[i], ligne, i);
+    chkListe_[i]->setToolTip(QStringLiteral("Ajouter la valeur saisie à la liste %1").arg(QString::fromUtf8(listes[i])));
+    int l = 0, c = 0, ls = 0, cs = 0;
+    grille->getItemPosition(grille->indexOf(combos[i]), &l, &c, &ls, &cs);
+    grille->addWidget(chkListe_[i], l, 4);
   }
-  ++ligne;
 
   // Traitements, champs, motclef.
   for (int i = 0; i < 4; ++i) {
@@ -274,7 +286,12 @@ void frmAjouterCartouche::Construire() {
   lt->addWidget(comboListeObjectif_, 1, 1);
   lt->addWidget(txtObjRef_, 1, 2);
   lt->addWidget(chkAfficherTouteTable_, 2, 0);
-  lt->addWidget(txtChoixTableAuto_, 2, 1);
+  // Room for the longer of its two states, each on one line.
+  txtChoixTableAuto_->setMinimumWidth(
+      std::max(txtChoixTableAuto_->fontMetrics().horizontalAdvance(UneLigne(kEtatActive)),
+               txtChoixTableAuto_->fontMetrics().horizontalAdvance(UneLigne(kAucuneCorrespondance))) +
+      16);
+  lt->addWidget(txtChoixTableAuto_, 2, 1, 1, 3);
   auto* appliquer = bouton(fraChoixTable_, lt, "cmdAppliquerTable", QStringLiteral("OK"), 3, 0);
   auto* annuler = bouton(fraChoixTable_, lt, "cmdAnnulerTable", QStringLiteral("Annuler"), 3, 1);
   cmdExtrapolFoc_ = bouton(fraChoixTable_, lt, "cmdExtrapolFoc", QStringLiteral("Extrapoler"), 3, 2);
@@ -380,14 +397,18 @@ void frmAjouterCartouche::Construire() {
   picCartouche_ = Nomme(new QLabel(this), QStringLiteral("picCartouche"));
   grille->addWidget(picCartouche_, ligne++, 0, 1, 5);
 
+  auto* racine = new QVBoxLayout(this);
+  racine->setContentsMargins(0, 0, 0, 0);
+  racine->addWidget(new PanneauDefilant(formulaire, this), 1);
   auto* bas = new QHBoxLayout;
+  bas->setContentsMargins(9, 4, 9, 9);
   cmdDessiner_ = Nomme(new QPushButton(QStringLiteral("Dessiner le cartouche"), this), QStringLiteral("cmdDessiner"));
   cmdSuite_ = Nomme(new QPushButton(QStringLiteral("Suite"), this), QStringLiteral("cmdSuite"));
   cmdSuite_->setEnabled(false);
   auto* vider = Nomme(new QPushButton(QStringLiteral("Champs par défaut"), this), QStringLiteral("cmdViderChamps"));
   auto* quitter = Nomme(new QPushButton(QStringLiteral("Quitter"), this), QStringLiteral("cmdQuitter"));
   for (QPushButton* b : {cmdDessiner_, cmdSuite_, vider, quitter}) bas->addWidget(b);
-  grille->addLayout(bas, ligne++, 0, 1, 5);
+  racine->addLayout(bas);
   connect(cmdDessiner_, &QPushButton::clicked, this, [this] { cmdDessiner(); });
   connect(cmdSuite_, &QPushButton::clicked, this, [this] { cmdSuite(); });
   connect(vider, &QPushButton::clicked, this, [this] { cmdViderChamps(); });
@@ -395,7 +416,8 @@ void frmAjouterCartouche::Construire() {
 }
 
 void frmAjouterCartouche::Peindre(QWidget* w, int bgr) {
-  w->setStyleSheet(QStringLiteral("background-color: %1;").arg(DepuisBgr(bgr).name()));
+  // Dark text on the pale colours, a locked (disabled) field's included.
+  w->setStyleSheet(QStringLiteral("background-color: %1; color: black;").arg(DepuisBgr(bgr).name()));
 }
 
 bool frmAjouterCartouche::EchelleVisible() const { return !fraEchelle_->isHidden(); }
@@ -1442,6 +1464,7 @@ frmAjouterCartouche* frmAjouterCartouche::Afficher(frmFichierPhoto& principal) {
   f->setWindowModality(Qt::WindowModal);
   f->Form_Load();
   principal.FenetreOuverte(f);
+  AjusterAEcran(f);
   f->show();
   return f;
 }
