@@ -18,7 +18,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSpinBox>
@@ -29,6 +28,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "measure/GeometrieMesure.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Nombres.h"
 #include "platform/Systeme.h"
 #include "platform/Textes.h"
@@ -150,18 +150,23 @@ frmAnnotations2::frmAnnotations2(SessionRecord& session, cAdvancedImagery& ai, f
   // 8.
   if (s_.MicronsParPixel == 0) optTexteEtLigne_[Cotes]->setEnabled(false);
 
-  const QSize ecran = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableSize()
-                                                        : QSize(1280, 1024);
-  resize(std::min(largeurImage_ + 480, ecran.width() - 40),
-         std::min(std::max(hauteurImage_ + 40, 960), ecran.height() - 60));
 }
 
 frmAnnotations2::~frmAnnotations2() { Dechargement(); }
+
+QSize frmAnnotations2::TailleVoulue() const {
+  // The picture at 1:1 beside the tools, and room to open their frames.
+  const QMargins m = layout()->contentsMargins();
+  const int colonne = std::max(fraOutils_->width(), fraSorties_->sizeHint().width());
+  return {m.left() + largeurImage_ + layout()->spacing() + colonne + m.right(),
+          m.top() + std::max(hauteurImage_, 960) + m.bottom()};
+}
 
 frmAnnotations2* frmAnnotations2::Afficher(frmFichierPhoto& principal) {
   auto* f = new frmAnnotations2(principal.Session(), principal.Imagerie(), &principal, &principal);
   f->setAttribute(Qt::WA_DeleteOnClose);
   principal.FenetreOuverte(f);
+  AjusterAEcran(f, f->TailleVoulue());
   f->show();
   principal.hide();
   return f;
@@ -255,14 +260,19 @@ void frmAnnotations2::Construire() {
   picValidationCollage_->hide();
   gauche->addWidget(picValidationCollage_, 2, 0, Qt::AlignLeft);
 
-  auto* defile = new QScrollArea(this);
+  // The tools scroll when the screen is too short; the ways out stay under them.
   QWidget* outils = ConstruireOutils();
-  defile->setWidget(outils);
-  defile->setWidgetResizable(true);
-  // As wide as the widest frame, every frame being still open here.
-  defile->setFixedWidth(outils->sizeHint().width() + defile->verticalScrollBar()->sizeHint().width() + 2 * defile->frameWidth());
+  auto* defile = Nomme(new PanneauDefilant(outils, this), QStringLiteral("fraOutils"));
+  fraOutils_ = defile;
   defile->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  racine->addWidget(defile);
+  // As wide as the widest frame, every frame being still open here.
+  defile->setFixedWidth(outils->sizeHint().width() + defile->verticalScrollBar()->sizeHint().width());
+  auto* colonne = new QVBoxLayout;
+  colonne->setSpacing(2);
+  colonne->addWidget(defile, 1);
+  fraSorties_ = ConstruireSorties();
+  colonne->addWidget(fraSorties_);
+  racine->addLayout(colonne);
 }
 
 QWidget* frmAnnotations2::ConstruireOutils() {
@@ -639,31 +649,36 @@ QWidget* frmAnnotations2::ConstruireOutils() {
   }
   v->addWidget(grCroix);
 
-  // Defaults and the ways out.
-  auto* bas = new QGridLayout;
-  cmdUndo_ = Bouton(QStringLiteral("cmdUndo"), QStringLiteral("Annuler (undo)"), panneau);
-  connect(cmdUndo_, &QPushButton::clicked, this, [this] { cmdUndo(); });
-  auto* boutonToutEffacer = Bouton(QStringLiteral("cmdToutEffacer"), QStringLiteral("Tout effacer"), panneau);
-  connect(boutonToutEffacer, &QPushButton::clicked, this, [this] { this->cmdToutEffacer(); });
-  auto* cmdRetablirDefaut = Bouton(QStringLiteral("cmdRetablirDefaut"), QStringLiteral("Défaut"), panneau);
   auto* cmdRetablirDefaut2 = Bouton(QStringLiteral("cmdRetablirDefaut2"), QStringLiteral("Défaut"), fraTexte_);
-  for (auto* b : {cmdRetablirDefaut, cmdRetablirDefaut2}) {
-    b->setToolTip(QStringLiteral("Remettre TOUS les paramètres annotations par défaut"));
-    connect(b, &QPushButton::clicked, this, [this] { RetablirDefaut(); });
-  }
+  cmdRetablirDefaut2->setToolTip(QStringLiteral("Remettre TOUS les paramètres annotations par défaut"));
+  connect(cmdRetablirDefaut2, &QPushButton::clicked, this, [this] { RetablirDefaut(); });
   static_cast<QGridLayout*>(fraTexte_->layout())->addWidget(cmdRetablirDefaut2, 7, 3);
-  auto* cmdSortir = Bouton(QStringLiteral("cmdSortir"), QStringLiteral("Sortir"), panneau);
+  v->addStretch(1);
+  return panneau;
+}
+
+QWidget* frmAnnotations2::ConstruireSorties() {
+  // Undo, the defaults and the ways out, under the tools, never scrolled away.
+  auto* pied = Nomme(new QWidget(this), QStringLiteral("fraSorties"));
+  auto* bas = new QGridLayout(pied);
+  bas->setContentsMargins(2, 2, 2, 2);
+  cmdUndo_ = Bouton(QStringLiteral("cmdUndo"), QStringLiteral("Annuler (undo)"), pied);
+  connect(cmdUndo_, &QPushButton::clicked, this, [this] { cmdUndo(); });
+  auto* boutonToutEffacer = Bouton(QStringLiteral("cmdToutEffacer"), QStringLiteral("Tout effacer"), pied);
+  connect(boutonToutEffacer, &QPushButton::clicked, this, [this] { this->cmdToutEffacer(); });
+  auto* cmdRetablirDefaut = Bouton(QStringLiteral("cmdRetablirDefaut"), QStringLiteral("Défaut"), pied);
+  cmdRetablirDefaut->setToolTip(QStringLiteral("Remettre TOUS les paramètres annotations par défaut"));
+  connect(cmdRetablirDefaut, &QPushButton::clicked, this, [this] { RetablirDefaut(); });
+  auto* cmdSortir = Bouton(QStringLiteral("cmdSortir"), QStringLiteral("Sortir"), pied);
   connect(cmdSortir, &QPushButton::clicked, this, [this] { this->cmdSortir(); });
-  auto* cmdValiderSortir = Bouton(QStringLiteral("cmdValiderSortir"), QStringLiteral("Valider et sortir"), panneau);
+  auto* cmdValiderSortir = Bouton(QStringLiteral("cmdValiderSortir"), QStringLiteral("Valider et sortir"), pied);
   connect(cmdValiderSortir, &QPushButton::clicked, this, [this] { this->cmdValiderSortir(); });
   bas->addWidget(cmdUndo_, 0, 0);
   bas->addWidget(boutonToutEffacer, 0, 1);
   bas->addWidget(cmdRetablirDefaut, 0, 2);
   bas->addWidget(cmdSortir, 1, 0);
   bas->addWidget(cmdValiderSortir, 1, 1, 1, 2);
-  v->addLayout(bas);
-  v->addStretch(1);
-  return panneau;
+  return pied;
 }
 
 // ---------------------------------------------------------------- state

@@ -39,6 +39,8 @@ class frmAnnotations2 : public QWidget {
   ~frmAnnotations2() override;
   // Opens the window over the main window, which it hides until unload.
   static frmAnnotations2* Afficher(frmFichierPhoto& principal);
+  // The picture whole beside the tools: the size the window asks of the screen.
+  QSize TailleVoulue() const;
 
   // Mouse on picImage, picture pixels.
   void SourisAppuyee(QPointF p, Qt::MouseButton bouton);
@@ -84,6 +86,7 @@ class frmAnnotations2 : public QWidget {
  private:
   void Construire();
   QWidget* ConstruireOutils();
+  QWidget* ConstruireSorties();
   void ChargerImageDepart();
   void ChargerValeurs();
   void EcritureIni();
@@ -159,6 +162,8 @@ class frmAnnotations2 : public QWidget {
   bool collageEnCours_ = false, collageFige_ = false;
 
   // Controls.
+  QWidget* fraOutils_ = nullptr;
+  QWidget* fraSorties_ = nullptr;
   QWidget* picCadre_ = nullptr;
   QWidget* picImage_ = nullptr;
   QScrollBar* HScroll1_ = nullptr;
