@@ -227,6 +227,11 @@ QString CauseSysteme(int code) {
       return QStringLiteral("c'est un dossier");
     case EIO:
       return QStringLiteral("le disque a signalé une erreur");
+    case ETXTBSY:
+    case EBUSY:
+      return QStringLiteral("il est utilisé par un autre programme");
+    case ENAMETOOLONG:
+      return QStringLiteral("son nom est trop long");
     default:
       return QString::fromLocal8Bit(std::strerror(code));
   }

@@ -4,6 +4,7 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
+#include <QApplication>
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
@@ -24,6 +25,7 @@
 #include "metadata/ui/frmEditComments.h"
 #include "tests/metadata/Fabrique.h"
 #include "tests/support/DialoguesScriptes.h"
+#include "tests/support/DossierMonte.h"
 
 namespace tg {
 namespace {
@@ -152,6 +154,42 @@ TEST_F(EditeurCommentaires, NonAnnuleSansToucherAuFichier) {
   EXPECT_EQ(dlg.Dernier().texte, QString::fromUtf8("Opération annulée ..."));
   EXPECT_EQ(Lire(chemin), avant);
   EXPECT_EQ(s.Etape, 1);
+}
+
+// On a full disk and on a read-only one: the file and the reason, the file
+// as it was.
+TEST_F(EditeurCommentaires, UnEchecDEcritureDitLeFichierEtLaRaison) {
+  const QByteArray avant = Lire(chemin);
+  for (const bool lectureSeule : {false, true}) {
+    SCOPED_TRACE(lectureSeule);
+    const QString dossier = QDir::currentPath() + (lectureSeule ? "/fige" : "/plein");
+    // One page: the file fills it, its replacement finds no room.
+    const test::DossierMonte disque(dossier, 4096, lectureSeule, "formatee.jpg", avant);
+    if (!disque.Monte()) GTEST_SKIP() << "monter un système de fichiers demande les droits de root";
+    const QString ici = dossier + "/formatee.jpg";
+    if (!lectureSeule) {
+      QFile f(ici);
+      ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+      ASSERT_EQ(f.write(avant), avant.size());
+    }
+    ai.IO_DestroyBitmap(s.ImageCourante);
+    ASSERT_TRUE(ai.IO_LoadImage(ici, s.ImageCourante));
+    s.PathOrigine = ici;
+    s.Etape = 1;
+    frmEditComments* f = Ouvrir();
+    ASSERT_NE(f, nullptr);
+    C<QPlainTextEdit>(f, "txtCommentaire")->setPlainText("Application=Tessellographe 1.0\nTitre=Nouveau\n");
+    dlg.appels.clear();
+    dlg.reponses = {Reponse::Oui};
+    C<QPushButton>(f, "cmdSave")->click();
+    EXPECT_EQ(dlg.Dernier().icone, 16);
+    EXPECT_EQ(dlg.Dernier().texte, "Le fichier " + ici + " n'a pas pu être écrit : " +
+                                       (lectureSeule ? "le disque est en lecture seule" : "le disque est plein") +
+                                       ". Il est resté tel qu'il était.");
+    EXPECT_EQ(Lire(ici), avant);
+    f->close();
+    QApplication::processEvents();
+  }
 }
 
 TEST_F(EditeurCommentaires, SansImageLaFenetreSeFerme) {
