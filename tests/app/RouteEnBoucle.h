@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QThreadPool>
 #include <optional>
 
 #include "app/Assemblage.h"
@@ -103,6 +104,9 @@ class RouteEnBoucle {
     if (!QFile::exists(sortie) || Fenetre("frmEnregistrer") != nullptr) return Echec("enregistrement");
 
     w->FermerImage();
+    // The display's whole-picture conversion runs on the thread pool: the
+    // round is over when it is.
+    QThreadPool::globalInstance()->waitForDone();
     Attendre();
     if (s.Etape != 0) return Echec("fermeture");
     return {};

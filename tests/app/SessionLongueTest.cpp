@@ -9,6 +9,7 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThreadPool>
 #include <algorithm>
 #include <unistd.h>
 
@@ -81,6 +82,8 @@ TEST(SessionLongue, VingtPhotosSansDescripteurNiFichierTemporaireLaisse) {
   auto sortie = [&](int tour) { return racine + QStringLiteral("/sorties/photo_%1.jpg").arg(tour, 3, 10, QChar('0')); };
 
   test::RouteEnBoucle route;
+  // Each round ends with the thread pool's threads gone, and their descriptors.
+  QThreadPool::globalInstance()->waitForDone();
   const QStringList fichiersAvant = Fichiers(racine);
   const QStringList descripteursAvant = Descripteurs();
   QStringList fichiersTour1;
