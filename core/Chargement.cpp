@@ -6,6 +6,7 @@
 #include "core/Formats.h"
 #include "core/Session.h"
 #include "core/modMain.h"
+#include "imaging/VerificationFichier.h"
 #include "imaging/cAdvancedImagery.h"
 #include "metadata/CPNG.h"
 #include "metadata/EchelleExterne.h"
@@ -170,6 +171,27 @@ QStringList LireFichierRecent() {
   if (!FileExists(CheminRecent())) return items;
   LireListe(CheminRecent(), items);
   return items;
+}
+
+QString FiltreAvecPhotos(const QString& filtre) {
+  QStringList parts = filtre.split(u'|');
+  if (parts.size() < 2) return filtre;
+  auto motifs = [](const QStringList& extensions) {
+    QStringList m;
+    for (const QString& e : extensions) m << "*." + e.toUpper();
+    return m.join(u';');
+  };
+  const QString heif = motifs(ExtensionsHEIF()), raw = motifs(ExtensionsRAW());
+  parts[1] += u';' + heif + u';' + raw;
+  // The closing bar leaves an empty last part: the new entries go before it.
+  const bool fermee = parts.last().isEmpty();
+  if (fermee) parts.removeLast();
+  parts << QStringLiteral("Photos de téléphone HEIC / HEIF / AVIF  (*.HEIC, *.HEIF, *.AVIF)") << heif
+        << QStringLiteral("Fichiers RAW d'appareil photo  (*.CR2, *.CR3, *.NEF, *.ARW, *.ORF, *.RW2, *.RAF, *.PEF, "
+                          "*.DNG...)")
+        << raw;
+  if (fermee) parts << QString();
+  return parts.join(u'|');
 }
 
 QString NettoyerCheminLigneCommande(const QString& ligne) {

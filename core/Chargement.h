@@ -74,6 +74,11 @@ QStringList TitresRecents(const std::array<QString, 5>& liste);
 // The paths of recent.dat, in the file's order; empty when it does not exist.
 QStringList LireFichierRecent();
 
+// The open dialogs' filter string of the main window with the phone
+// photos (HEIC, HEIF, AVIF) and camera RAW files added to "Tous formats
+// supportés" and as two entries of their own at the end.
+QString FiltreAvecPhotos(const QString& filtre);
+
 // The command line path: double quotes removed, trimmed.
 QString NettoyerCheminLigneCommande(const QString& ligne);
 // A drop passes every file name, concatenated, as one path: a drop of one

@@ -23,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include "core/Adresses.h"
+#include "core/Chargement.h"
 #include "core/Demarrage.h"
 #include "core/FormatsSortie.h"
 #include "core/Icones.h"
@@ -118,7 +119,7 @@ QLabel* Indicateur(QWidget* parent, const QString& nom, const QString& icone) {
 
 frmFichierPhoto::frmFichierPhoto(SessionRecord& session, cAdvancedImagery& imagerie,
                                  QWidget* parent)
-    : QMainWindow(parent), s_(session), ai_(imagerie), filtreImages_(FiltreFichiersImage()) {
+    : QMainWindow(parent), s_(session), ai_(imagerie), filtreImages_(FiltreAvecPhotos(FiltreFichiersImage())) {
   setObjectName(QStringLiteral("frmFichierPhoto"));
   resize(1024, 740);
   ConstruireToolbars();

@@ -27,10 +27,12 @@
 #include "core/frmFichierPhotoChargement.h"
 #include "core/modMain.h"
 #include "finder/Recherche.h"
+#include "imaging/VerificationFichier.h"
 #include "imaging/cAdvancedImagery.h"
 #include "metadata/CImage.h"
 #include "metadata/Infos.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Ini.h"
 #include "version.h"
 
@@ -54,8 +56,20 @@ struct Selection {
   QString meta;
 };
 
-// The metadata library's view, without the list of segments.
+// The metadata library's view, without the list of segments. A phone's or a
+// camera's RAW file shows the EXIF the imaging layer reads from it, read
+// without decoding the picture.
 QString TexteMeta(const QString& chemin) {
+  const TypeFichierImage type = VerifierFichierImage(chemin).type;
+  if (type == TypeFichierImage::HEIF || type == TypeFichierImage::RAW) {
+    cAdvancedImagery ai;
+    Bitmap entete;
+    QString principal, sous;
+    if (!ai.IO_LoadEntete(chemin, entete)) return ai.Error_GetLast();
+    ai.Metadata_Get_EXIF(entete, principal, 1);
+    ai.Metadata_Get_EXIF(entete, sous, 2);
+    return QStringList{principal, sous}.join(QStringLiteral("\r\n")).trimmed();
+  }
   meta::CImage image;
   if (!image.ReadImage(chemin)) return image.Erreur();
   QStringList lignes;
@@ -116,6 +130,9 @@ frmSearch::frmSearch(SessionRecord& session, frmFichierPhoto* principal, QWidget
   txtFiltre_ = Nomme(new QLineEdit(QStringLiteral("*"), this), QStringLiteral("txtFiltre"));
   combFileExt_ = Nomme(new QComboBox(this), QStringLiteral("combFileExt"));
   combFileExt_->addItems({".jpg", ".bmp", ".png", ".gif", ".psd", ".pcd"});
+  // Phone photos and camera RAW files after the system's own types.
+  for (const QStringList* l : {&ExtensionsHEIF(), &ExtensionsRAW()})
+    for (const QString& e : *l) combFileExt_->addItem(u'.' + e);
   connect(combFileExt_, &QComboBox::activated, this, [this] {
     txtFiltre_->setText(QStringLiteral("*"));
     cmdActualiserList();
@@ -196,11 +213,10 @@ frmSearch* frmSearch::Afficher(frmFichierPhoto& principal) {
   auto* f = new frmSearch(principal.Session(), &principal, &principal);
   f->setAttribute(Qt::WA_DeleteOnClose);
   principal.FenetreOuverte(f);
-  f->resize(900, 620);
-  if (QScreen* e = principal.screen()) {
-    const QRect g = e->availableGeometry();
-    f->move(g.left() + (g.width() - f->width()) / 2, std::max(g.top(), principal.y() + 60));
-  }
+  // 900 x 620 where the screen has room, centred, a little under the main window's top.
+  const QRect g = ZoneEcran(&principal);
+  f->move(g.left() + std::max(0, (g.width() - 900) / 2), std::max(g.top(), principal.y() + 60));
+  AjusterAEcran(f, QSize(900, 620));
   f->show();
   return f;
 }

@@ -289,6 +289,17 @@ FIBITMAP* LireRAW(const QString& chemin, int reduction, int& largeurFichier, int
                  .arg(s.height);
     return nullptr;
   }
+  // No camera stores fewer than a bit for every 8 pixels, even compressed: a
+  // header announcing more is damaged, and its picture would only fill memory.
+  if (const qint64 octets = QFileInfo(chemin).size(); int64_t(s.raw_width) * s.raw_height > octets * 8) {
+    erreur = QStringLiteral("Le fichier « %1 » est incomplet : son en-tête annonce une image de %2 x %3 pixels que "
+                            "ses %4 octets ne contiennent pas.")
+                 .arg(nom)
+                 .arg(s.raw_width)
+                 .arg(s.raw_height)
+                 .arg(octets);
+    return nullptr;
+  }
   CadreRAW dng;
   std::unique_ptr<FIBITMAP, void (*)(FIBITMAP*)> meta(Metadonnees(chemin, *o.lr, dng), FreeImage_Unload);
   if (!meta) {
