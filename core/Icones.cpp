@@ -2,6 +2,7 @@
 
 #include <QCursor>
 #include <QFont>
+#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
 #include <cmath>
@@ -264,6 +265,12 @@ QPixmap IconeIndicateur(const QString& nom) {
 QCursor CurseurPipette() { return QCursor(IconeIndicateur(QStringLiteral("Pipette")), 1, 30); }
 
 QIcon IconeBouton(const QString& cle, bool marque) {
+  // Drawn once per button and mark: a new icon at every stage change would
+  // leave its pixmaps in Qt's cache, photo after photo.
+  // Kept to the end: pixmaps may not outlive the application in a static.
+  static auto* const faites = new QHash<QString, QIcon>;
+  const QString nom = cle + (marque ? QStringLiteral("+") : QString());
+  if (const auto it = faites->constFind(nom); it != faites->constEnd()) return *it;
   QPixmap p = Vierge();
   QPainter g(&p);
   g.setRenderHint(QPainter::Antialiasing);
@@ -274,7 +281,7 @@ QIcon IconeBouton(const QString& cle, bool marque) {
     g.drawLine(QPointF(22, 29), QPointF(30, 17));
   }
   g.end();
-  return QIcon(p);
+  return *faites->insert(nom, QIcon(p));
 }
 
 }  // namespace tg

@@ -128,7 +128,7 @@ TEST_F(CliFormater, ReglesQuiRefusentEtMauvaisUsage) {
       {{"--titre", QString(71, u'a')}, 3, "Titre : le texte est absent ou trop long (max 70 char.)"},
       {{"--qualite", "100", "--poids-max", "1"}, 3, "Le fichier image est trop lourd (>1 ko)"},
       {{"--table", "5", "--objectif", "40"}, 3, "Table n° 5 introuvable"},
-      {{"--date", "01/01/1990"}, 3, "Date refusée"},
+      {{"--date", "01/01/1950"}, 3, "Date refusée"},
       {{"--format", "9"}, 2, "Usage"},
       {{"--pix", "400", "--objectif", "40"}, 2, "--pix et --mic vont ensemble"},
       {{"--unite", "km"}, 2, "--unite"},
