@@ -128,8 +128,9 @@ const Enregistrement enregistrement(
     "echelle", "echelle FICHIER [--json]",
     {"Donne l'échelle qu'une image enregistrée par le programme porte dans son bloc de commentaire "
      "(EchellePix pixels pour EchelleMic microns, largeur d'origine, réduction, microns par pixel). Sans ce "
-     "bloc, l'échelle qu'un autre programme a écrite : description ImageJ, résolution TIFF ou EXIF en "
-     "centimètres, bloc pHYs d'un PNG ; Source dit d'où elle vient.",
+     "bloc, l'échelle qu'un autre programme a écrite : description ImageJ, d'un scanner de lames (Aperio, "
+     "Philips) ou OME-XML, bloc Zeiss LSM, résolution TIFF ou EXIF en centimètres, bloc pHYs d'un PNG ; Source "
+     "dit d'où elle vient.",
      {{"--json", "les mêmes valeurs en JSON"}}},
     &Echelle);
 
