@@ -11,3 +11,8 @@ add_library(FreeImage::FreeImage UNKNOWN IMPORTED)
 set_target_properties(FreeImage::FreeImage PROPERTIES
   IMPORTED_LOCATION "${FREEIMAGE_LIBRARY}"
   INTERFACE_INCLUDE_DIRECTORIES "${FREEIMAGE_INCLUDE_DIR}")
+
+# FFTW in single precision, for the spectra of the micrometer's ruling.
+# Debian's package ships pkg-config files only, no CMake configuration.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(FFTW3F REQUIRED IMPORTED_TARGET fftw3f)

@@ -12,7 +12,7 @@ PAQUETS=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-liberation2 fonts-comic-neue
   libimage-exiftool-perl libjpeg-turbo-progs
-  libreoffice-writer-nogui unzip pngcheck zlib1g-dev libtiff-dev libsane-dev libjpeg-dev
+  libreoffice-writer-nogui unzip pngcheck zlib1g-dev libtiff-dev libsane-dev libjpeg-dev libfftw3-dev
   desktop-file-utils appstream man-db qt6-translations-l10n
   "$@"
 )
