@@ -94,6 +94,28 @@ TEST_F(PhotosCli, UnHeicOuUnRawCoupeEstRefuseAvecLeCode3) {
   }
 }
 
+// infos describes a HEIC by its container and the EXIF it holds; a cut one
+// by what is left, without a crash.
+TEST_F(PhotosCli, InfosDUnHeic) {
+  const QString chemin = Heic();
+  test::Sortie r = Executer(Cli(), {"infos", chemin}, environnement);
+  ASSERT_EQ(r.code, 0) << r.erreur.toStdString();
+  const QString texte = QString::fromUtf8(r.sortie);
+  EXPECT_TRUE(texte.startsWith(QStringLiteral("Type : HEIF (conteneur ISO, marque heic)"))) << texte.toStdString();
+  EXPECT_TRUE(texte.contains(QStringLiteral("Model  format 2 x 9 : PHONE-X1"))) << texte.toStdString();
+  EXPECT_TRUE(texte.contains(QStringLiteral("FocalLength  format 5 x 1 : 426/100"))) << texte.toStdString();
+  r = Executer(Cli(), {"infos", chemin, "--json"}, environnement);
+  EXPECT_TRUE(r.sortie.contains("\"type\": \"HEIF\"")) << r.sortie.toStdString();
+  EXPECT_TRUE(r.sortie.contains("PHONE-X1"));
+  const QByteArray octets = test::LireOctets(chemin);
+  for (qsizetype n : {qsizetype(12), qsizetype(300), octets.size() / 2}) {
+    test::EcrireOctets(chemin, octets.left(n));
+    r = Executer(Cli(), {"infos", chemin}, environnement);
+    EXPECT_TRUE(r.code == 0 || r.code == 3) << n << " : " << r.erreur.toStdString();
+    EXPECT_FALSE(r.erreur.contains("Sanitizer") || r.erreur.contains("runtime error")) << r.erreur.toStdString();
+  }
+}
+
 // The open dialogs offer them: among all supported types and as two entries
 // of their own, the first entry still covering every other.
 TEST(FiltrePhotos, HeicEtRawDansLesFiltresDuDialogue) {
