@@ -1,5 +1,6 @@
 #include "measure/Reglette.h"
 
+#include <QStringList>
 #include <fftw3.h>
 
 #include <algorithm>
@@ -1650,14 +1651,21 @@ LongueurTable LongueurPourTable(const Reglette& r, double division) {
   return l;
 }
 
-QString TexteReglette(const Reglette& r, double division, const QString& separateur) {
-  const double u = IncertitudePour100(r, division);
-  // Two significant digits of uncertainty, the value to the same decimal.
+QString TexteMesure(double valeur, double incertitude, const QString& separateur) {
   int decimales = 2;
-  if (u > 0) decimales = std::clamp(1 - int(std::floor(std::log10(u))), 0, 4);
-  const QString valeur = QString::number(PixelsPour100(r, division), 'f', decimales).replace(u'.', separateur);
-  const QString ecart = QString::number(u, 'f', decimales).replace(u'.', separateur);
-  return QStringLiteral("%1 pixels pour 100 µm (± %2)").arg(valeur, ecart);
+  if (incertitude > 0) decimales = std::clamp(1 - int(std::floor(std::log10(incertitude))), 0, 6);
+  auto texte = [&](double v) {
+    const double p = std::pow(10.0, decimales);
+    // Rounded first, so that no "-0" is written.
+    return QString::number(std::round(v * p) / p + 0.0, 'f', decimales).replace(u'.', separateur);
+  };
+  return QStringLiteral("%1 (± %2)").arg(texte(valeur), texte(incertitude));
+}
+
+QString TexteReglette(const Reglette& r, double division, const QString& separateur) {
+  const QStringList m = TexteMesure(PixelsPour100(r, division), IncertitudePour100(r, division), separateur)
+                            .split(u' ');
+  return QStringLiteral("%1 pixels pour 100 µm %2").arg(m.value(0), m.mid(1).join(u' '));
 }
 
 std::optional<double> LireDivision(const QString& texte) {

@@ -70,6 +70,9 @@ LongueurTable LongueurPourTable(const Reglette& r, double division);
 
 // "400,12 pixels pour 100 µm (± 0,03)", with the decimal separator given.
 QString TexteReglette(const Reglette& r, double division, const QString& separateur);
+// "400,12 (± 0,03)": the uncertainty to two significant digits, the value to
+// the same decimal.
+QString TexteMesure(double valeur, double incertitude, const QString& separateur);
 
 // The value of one division typed by the user, microns; empty when it is not a
 // number above 0 and at most 10000.

@@ -268,6 +268,8 @@ TEST(RegletteTextes, ResultatEtDivision) {
   EXPECT_EQ(TexteReglette(r, 10, QStringLiteral(",")), QStringLiteral("400,120 pixels pour 100 µm (± 0,048)"));
   r.incertitude = 0.05;
   EXPECT_EQ(TexteReglette(r, 10, QStringLiteral(".")), QStringLiteral("400.12 pixels pour 100 µm (± 0.50)"));
+  EXPECT_EQ(TexteMesure(-0.0004, 0.012, QStringLiteral(",")), QStringLiteral("0,000 (± 0,012)"));
+  EXPECT_EQ(TexteMesure(40.00031, 0.0000394, QStringLiteral(".")), QStringLiteral("40.000310 (± 0.000039)"));
   EXPECT_EQ(LireDivision(QStringLiteral(" 10 ")), 10.0);
   EXPECT_EQ(LireDivision(QStringLiteral("2,5")), 2.5);
   EXPECT_EQ(LireDivision(QStringLiteral("2.5")), 2.5);
