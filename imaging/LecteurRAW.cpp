@@ -156,7 +156,7 @@ class TiffOctets {
   TiffOctets(const QByteArray& o) : o_(o), be_(o.startsWith("MM")) {}
   bool u16(int64_t p, uint32_t& v) const {
     if (p < 0 || p + 2 > o_.size()) return false;
-    const uint32_t a = uint8_t(o_[p]), b = uint8_t(o_[p + 1]);
+    const uint32_t a = uint8_t(o_[qsizetype(p)]), b = uint8_t(o_[qsizetype(p + 1)]);
     v = be_ ? (a << 8 | b) : (b << 8 | a);
     return true;
   }

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <map>
 
 namespace tg {
 
@@ -478,8 +479,16 @@ bool Champ(const Octets& o, int64_t& p, uint32_t n, int64_t& v) {
   return true;
 }
 
-// iloc: every extent stored in the file (construction method 0) lies in it.
-bool IlocDansLeFichier(const Octets& o, const Boite& b) {
+// Where an item's data start: in the file (construction method 0) or in
+// idat (1), as iloc places its first extent.
+struct DebutArticle {
+  uint32_t methode = 0;
+  int64_t position = 0;
+};
+
+// iloc: every extent stored in the file (construction method 0) lies in it;
+// the start of each item's data goes into `debuts`.
+bool IlocDansLeFichier(const Octets& o, const Boite& b, std::map<uint32_t, DebutArticle>& debuts) {
   uint32_t version = 0, tailles = 0, tailles2 = 0;
   int64_t p = b.donnees;
   if (!o.u8(p, version) || version > 2 || !o.u8(p + 4, tailles) || !o.u8(p + 5, tailles2)) return false;
@@ -490,8 +499,9 @@ bool IlocDansLeFichier(const Octets& o, const Boite& b) {
   if (version < 2 ? !o.u16(p, true, nombre) : !o.u32(p, true, nombre)) return false;
   p += version < 2 ? 2 : 4;
   for (uint32_t i = 0; i < nombre; ++i) {
-    uint32_t methode = 0, extents = 0;
-    p += version < 2 ? 2 : 4;  // item id
+    uint32_t methode = 0, extents = 0, article = 0;
+    if (version < 2 ? !o.u16(p, true, article) : !o.u32(p, true, article)) return false;
+    p += version < 2 ? 2 : 4;
     if (version > 0) {
       if (!o.u16(p, true, methode)) return false;
       methode &= 15;
@@ -508,25 +518,61 @@ bool IlocDansLeFichier(const Octets& o, const Boite& b) {
       if (p > b.fin) return false;
       if (methode == 0 && (offset > o.taille() || base > o.taille() - offset || !o.a(base + offset, longueur)))
         return false;
+      if (e == 0 && offset <= o.taille() && base <= o.taille() - offset) debuts[article] = {methode, base + offset};
     }
   }
   return p <= b.fin;
 }
 
+// The canvas of a grid ('grid') or overlay ('iovl') item: libheif allocates
+// it whole, whatever the pictures' own sizes say. 0 x 0 when unreadable.
+void TailleCanevas(const Octets& o, int64_t p, bool grille, int64_t& l, int64_t& h) {
+  uint32_t drapeaux = 0, a = 0, b = 0;
+  l = h = 0;
+  if (!o.u8(p + 1, drapeaux)) return;
+  p += grille ? 4 : 10;  // version, flags, rows and columns; or the fill colour
+  const bool large = drapeaux & 1;
+  if (large ? !o.u32(p, true, a) || !o.u32(p + 4, true, b) : !o.u16(p, true, a) || !o.u16(p + 2, true, b)) return;
+  l = a;
+  h = b;
+}
+
 VerificationImage& Bmff(const Octets& o, Resultat& r) {
   bool meta = false, donnees = false;
   int64_t largeur = 0, hauteur = 0;
+  // The largest picture or canvas decides: the decoder allocates each whole.
+  auto plusGrande = [&](int64_t l, int64_t h) {
+    if (uint64_t(l) * uint64_t(h) > uint64_t(largeur) * uint64_t(hauteur)) largeur = l, hauteur = h;
+  };
   Boite b;
   for (int64_t p = 0; p < o.taille(); p = b.fin) {
     if (!LireBoite(o, p, o.taille(), b)) return r.Coupe(o.taille());
     if (std::memcmp(b.type, "mdat", 4) == 0) donnees = true;
     if (std::memcmp(b.type, "meta", 4) != 0) continue;
     meta = true;
+    std::map<uint32_t, DebutArticle> debuts;
+    std::map<uint32_t, bool> canevas;  // grid (true) and overlay items
+    int64_t idat = -1;
     Boite e;
     for (int64_t q = b.donnees + 4; q < b.fin; q = e.fin) {  // after version and flags
       if (!LireBoite(o, q, b.fin, e)) return r.EnTete(QStringLiteral("sa description est mal formée"));
-      if (std::memcmp(e.type, "iloc", 4) == 0 && !IlocDansLeFichier(o, e)) return r.Coupe(o.taille());
-      if (std::memcmp(e.type, "idat", 4) == 0) donnees = true;
+      if (std::memcmp(e.type, "iloc", 4) == 0 && !IlocDansLeFichier(o, e, debuts)) return r.Coupe(o.taille());
+      if (std::memcmp(e.type, "idat", 4) == 0) {
+        donnees = true;
+        idat = e.donnees;
+      }
+      if (std::memcmp(e.type, "iinf", 4) == 0) {
+        uint32_t version = 0;
+        o.u8(e.donnees, version);
+        Boite f;
+        for (int64_t u = e.donnees + (version == 0 ? 6 : 8); u < e.fin && LireBoite(o, u, e.fin, f); u = f.fin) {
+          uint32_t v = 0, article = 0;
+          if (std::memcmp(f.type, "infe", 4) != 0 || !o.u8(f.donnees, v) || v < 2) continue;
+          if (v == 2 ? !o.u16(f.donnees + 4, true, article) : !o.u32(f.donnees + 4, true, article)) continue;
+          const int64_t type = f.donnees + (v == 2 ? 8 : 10);
+          if (o.egal(type, "grid", 4) || o.egal(type, "iovl", 4)) canevas[article] = o.egal(type, "grid", 4);
+        }
+      }
       if (std::memcmp(e.type, "iprp", 4) != 0) continue;
       // The sizes of the pictures (ispe): the largest is the primary picture's.
       Boite c, f;
@@ -534,13 +580,17 @@ VerificationImage& Bmff(const Octets& o, Resultat& r) {
         if (std::memcmp(c.type, "ipco", 4) != 0) continue;
         for (int64_t v = c.donnees; v < c.fin && LireBoite(o, v, c.fin, f); v = f.fin) {
           uint32_t l = 0, h = 0;
-          if (std::memcmp(f.type, "ispe", 4) == 0 && o.u32(f.donnees + 4, true, l) && o.u32(f.donnees + 8, true, h) &&
-              int64_t(l) * h > largeur * hauteur) {
-            largeur = l;
-            hauteur = h;
-          }
+          if (std::memcmp(f.type, "ispe", 4) == 0 && o.u32(f.donnees + 4, true, l) && o.u32(f.donnees + 8, true, h))
+            plusGrande(l, h);
         }
       }
+    }
+    for (const auto& [article, grille] : canevas) {
+      const auto d = debuts.find(article);
+      if (d == debuts.end() || (d->second.methode == 1 && idat < 0) || d->second.methode > 1) continue;
+      int64_t l = 0, h = 0;
+      TailleCanevas(o, d->second.methode == 1 ? idat + d->second.position : d->second.position, grille, l, h);
+      plusGrande(l, h);
     }
   }
   if (r.v.type == TypeFichierImage::RAW) {

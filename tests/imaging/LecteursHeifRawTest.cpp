@@ -186,6 +186,37 @@ TEST_F(Heif, UnHeicCoupeEstRefuseAvantToutDecodage) {
   EXPECT_TRUE(v.message.contains(QStringLiteral("est incomplet"))) << v.message.toStdString();
 }
 
+// A grid's canvas is allocated whole by libheif, whatever the size its
+// pictures give: a grid larger than the program's limits is refused first.
+TEST(HeifGrille, UnCanevasTropGrandEstRefuse) {
+  auto u32 = [](uint32_t v) {
+    return QByteArray(1, char(v >> 24)) + char((v >> 16) & 0xFF) + char((v >> 8) & 0xFF) + char(v & 0xFF);
+  };
+  auto u16 = [](uint32_t v) { return QByteArray(1, char(v >> 8)) + char(v & 0xFF); };
+  auto boite = [&](const char* type, const QByteArray& contenu) { return u32(8 + contenu.size()) + type + contenu; };
+  auto heic = [&](uint32_t l, uint32_t h) {
+    const QByteArray grille = QByteArray("\0\1\0\0", 4) + u32(l) + u32(h);  // 32-bit sizes, one tile
+    const QByteArray iinf = boite("iinf", u32(0) + u16(1) + boite("infe", u32(0x02000000) + u16(1) + u16(0) + "grid" +
+                                                                          QByteArray(1, '\0')));
+    // iloc version 1: 4-byte offsets and lengths, item 1 in idat at 0.
+    const QByteArray iloc = boite("iloc", u32(0x01000000) + QByteArray("\x44\0", 2) + u16(1) + u16(1) + u16(1) +
+                                              u16(0) + u16(1) + u32(0) + u32(uint32_t(grille.size())));
+    const QByteArray ispe = boite("ispe", u32(0) + u32(64) + u32(48));
+    const QByteArray meta = boite("meta", u32(0) + boite("hdlr", u32(0) + u32(0) + "pict" + QByteArray(13, '\0')) +
+                                              boite("pitm", u32(0) + u16(1)) + iinf + iloc +
+                                              boite("iprp", boite("ipco", ispe)) + boite("idat", grille));
+    return boite("ftyp", QByteArray("heic") + u32(0) + "mif1heic") + meta + boite("mdat", QByteArray(64, '\0'));
+  };
+  const QByteArray petit = heic(640, 480), grand = heic(20000, 20000);
+  VerificationImage v = VerifierOctetsImage(petit.constData(), petit.size(), "g.heic", "heic");
+  EXPECT_EQ(v.type, TypeFichierImage::HEIF);
+  EXPECT_FALSE(v.refuse) << v.message.toStdString();
+  EXPECT_EQ(v.largeur, 640);
+  v = VerifierOctetsImage(grand.constData(), grand.size(), "g.heic", "heic");
+  EXPECT_TRUE(v.refuse);
+  EXPECT_TRUE(v.message.contains(QStringLiteral("trop grande (20000 x 20000 pixels)"))) << v.message.toStdString();
+}
+
 // ---- RAW
 
 class Raw : public ::testing::Test {
