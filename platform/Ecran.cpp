@@ -42,7 +42,7 @@ QRect PlacerACote(QSize taille, QRect cible, QRect zone, const QList<QRect>& aut
     ys << a.bottom() + 1 << a.top() - h << a.top();
   }
   QRect meilleur = RamenerDansZone(QRect(cible.topLeft(), taille), zone);
-  qint64 scoreCible = std::numeric_limits<qint64>::max(), scoreAutres = 0;
+  qint64 scoreCible = std::numeric_limits<qint64>::max(), scoreAutres = std::numeric_limits<qint64>::max();
   double distance = 0;
   const QPointF centre = QRectF(cible).center();
   for (int x : xs)
@@ -53,7 +53,7 @@ QRect PlacerACote(QSize taille, QRect cible, QRect zone, const QList<QRect>& aut
       for (const QRect& a : autres) sa += Aire(r, a);
       const QPointF d = QRectF(r).center() - centre;
       const double dist = std::hypot(d.x(), d.y());
-      if (sc < scoreCible || (sc == scoreCible && (sa < scoreAutres || (sa == scoreAutres && dist < distance)))) {
+      if (sa < scoreAutres || (sa == scoreAutres && (sc < scoreCible || (sc == scoreCible && dist < distance)))) {
         meilleur = r;
         scoreCible = sc;
         scoreAutres = sa;
@@ -113,9 +113,7 @@ void PlacerACoteDe(QWidget* fenetre, const QWidget* cible, const QList<const QWi
   if (!fenetre) return;
   const QRect zone = ZoneEcran(fenetre);
   const QMargins m = MargesCadre(fenetre);
-  const QSize taille = (fenetre->isVisible() ? fenetre->size() : fenetre->sizeHint().expandedTo(fenetre->size()))
-                           .boundedTo(QSize(zone.width() - m.left() - m.right(), zone.height() - m.top() - m.bottom()));
-  fenetre->resize(taille);
+  const QSize taille = fenetre->size();
   QList<QRect> autres;
   for (const QWidget* e : eviter)
     if (e && e != fenetre && e->isVisible()) autres << e->frameGeometry();
@@ -133,16 +131,23 @@ PanneauDefilant::PanneauDefilant(QWidget* contenu, QWidget* parent) : QScrollAre
 }
 
 QSize PanneauDefilant::sizeHint() const {
-  if (!widget()) return QScrollArea::sizeHint();
+  const QWidget* w = widget();
+  if (!w) return QScrollArea::sizeHint();
+  QSize contenu = widgetResizable() ? w->sizeHint() : w->size();
+  if (!contenu.isValid()) contenu = w->size();
   // Room for a vertical bar: the panel is shortened before it is narrowed.
-  return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width() + 2 * frameWidth(), 2 * frameWidth());
+  return contenu + QSize(verticalScrollBar()->sizeHint().width() + 2 * frameWidth(), 2 * frameWidth());
 }
 
 QSize PanneauDefilant::minimumSizeHint() const {
-  if (!widget()) return QScrollArea::minimumSizeHint();
-  // As wide as the contents need, as short as a few lines.
-  const int l = widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-  return {l, std::min(widget()->sizeHint().height(), 6 * fontMetrics().height())};
+  const QWidget* w = widget();
+  if (!w) return QScrollArea::minimumSizeHint();
+  const int lignes = 6 * fontMetrics().height();
+  const int barre = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+  // Contents that follow the panel's width are never narrowed below
+  // their own; a picture of its own size scrolls both ways.
+  if (!widgetResizable()) return {std::min(w->width() + barre, lignes), std::min(w->height() + barre, lignes)};
+  return {w->minimumSizeHint().width() + barre, std::min(w->sizeHint().height(), lignes)};
 }
 
 }  // namespace tg

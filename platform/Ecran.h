@@ -17,9 +17,9 @@ namespace tg {
 QRect RamenerDansZone(QRect cadre, QRect zone);
 
 // Where a tool window of frame size `taille` goes inside `zone`: it covers as
-// little of `cible` as it can, then as little of `autres` (the tool windows
-// already placed), then lies as close to the target as it can. With room on
-// a side of the target, it covers none of it.
+// little of `autres` (the tool windows already placed, whose controls the
+// user needs) as it can, then as little of `cible`, then lies as close to
+// the target as it can. With room on a side of the target, it covers none of it.
 QRect PlacerACote(QSize taille, QRect cible, QRect zone, const QList<QRect>& autres = {});
 
 // The zoom, in percent, at which a picture of `image` pixels shows whole in a
@@ -39,8 +39,9 @@ QMargins MargesCadre(const QWidget* fenetre);
 // the screen, frame included, then moved inside the screen.
 void AjusterAEcran(QWidget* fenetre, QSize voulue = {});
 
-// The tool window moved beside the visible part of `cible` (a widget of
-// another window), away from the windows of `eviter`.
+// The tool window, at its present size (AjusterAEcran first), moved beside
+// the visible part of `cible` (a widget of another window), away from the
+// windows of `eviter`.
 void PlacerACoteDe(QWidget* fenetre, const QWidget* cible, const QList<const QWidget*>& eviter = {});
 
 // The rectangle of `w` on the screen, cut by its parents (what the user sees of it).

@@ -59,6 +59,10 @@ INSTANTIATE_TEST_SUITE_P(
         // No room anywhere: where it covers the least of the picture, here
         // over the toolbar left of a picture that fills the rest of the screen.
         CasPlacement{"ecran plein", {300, 560}, {86, 150, 710, 440}, kEcran800, {}, {0, 0, 300, 560}},
+        // A small screen: the second tool clear of the first, over the
+        // picture where it covers the least of it.
+        CasPlacement{"petit ecran", {360, 346}, {86, 150, 710, 440}, kEcran800, {{0, 0, 300, 560}},
+                     {440, 0, 360, 346}},
         // A picture low on the screen: the tool above it.
         CasPlacement{"au-dessus", {300, 400}, {100, 400, 500, 150}, kEcran800, {}, {100, 0, 300, 400}}));
 
