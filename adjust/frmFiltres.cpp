@@ -22,6 +22,7 @@
 #include "core/frmFichierPhoto.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 #include "version.h"
@@ -280,19 +281,15 @@ frmFiltres* frmFiltres::Afficher(frmFichierPhoto& principal) {
   auto* f = new frmFiltres(principal.Session(), principal.Imagerie(), &principal, &principal);
   f->setAttribute(Qt::WA_DeleteOnClose);
   principal.FenetreOuverte(f);
-  // Over the main window's right side, the thumbnails under it, both on the screen.
-  f->adjustSize();
-  const QRect ecran = principal.screen() ? principal.screen()->availableGeometry() : QRect(0, 0, 1280, 1024);
-  const auto dedans = [&ecran](QPoint p, QSize t) {
-    return QPoint(std::clamp(p.x(), ecran.left(), std::max(ecran.left(), ecran.right() - t.width())),
-                  std::clamp(p.y(), ecran.top(), std::max(ecran.top(), ecran.bottom() - t.height())));
-  };
-  const QRect g = principal.frameGeometry();
-  f->move(dedans(QPoint(g.right() - f->width() - 20, g.top() + 90), f->size()));
+  // Beside the picture they change where the screen leaves room, else where
+  // they cover the least of it; the thumbnails clear of the filters.
+  const QWidget* image = principal.findChild<QWidget*>(QStringLiteral("imaOrigine"));
+  AjusterAEcran(f);
+  PlacerACoteDe(f, image);
   f->show();
   if (f->vignettes_) {
-    f->vignettes_->adjustSize();
-    f->vignettes_->move(dedans(QPoint(f->x(), f->frameGeometry().bottom() + 10), f->vignettes_->size()));
+    AjusterAEcran(f->vignettes_);
+    PlacerACoteDe(f->vignettes_, image, {f});
   }
   return f;
 }

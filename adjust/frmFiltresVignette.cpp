@@ -35,8 +35,9 @@ frmFiltresVignette::frmFiltresVignette(SessionRecord& session, cAdvancedImagery&
     imgVignette_[i]->setToolTip(QStringLiteral("Cliquez sur une vignette pour appliquer ce filtre"));
     imgVignette_[i]->installEventFilter(this);
     imgVignette_[i]->setCursor(Qt::PointingHandCursor);
-    l->addWidget(numero, (i / 2) * 2, i % 2);
-    l->addWidget(imgVignette_[i], (i / 2) * 2 + 1, i % 2);
+    // One row of four: short enough to go under the filters on a small screen.
+    l->addWidget(numero, 0, i);
+    l->addWidget(imgVignette_[i], 1, i);
   }
   imgOriginale_ = new QLabel(QStringLiteral("Original"), this);
   imgOriginale_->setObjectName(QStringLiteral("imgOriginale"));
@@ -45,15 +46,15 @@ frmFiltresVignette::frmFiltresVignette(SessionRecord& session, cAdvancedImagery&
   imgOriginale_->setAlignment(Qt::AlignCenter);
   imgOriginale_->installEventFilter(this);
   imgOriginale_->setCursor(Qt::PointingHandCursor);
-  l->addWidget(imgOriginale_, 4, 0, 1, 2);
+  l->addWidget(imgOriginale_, 2, 0, 1, 2);
   auto* conserver = new QPushButton(QStringLiteral("Ajouter résultat dans la liste"), this);
   conserver->setObjectName(QStringLiteral("cmdConserver"));
   auto* effacer = new QPushButton(QStringLiteral("Effacer toute la liste"), this);
   effacer->setObjectName(QStringLiteral("cmdEffacerVignette"));
   connect(conserver, &QPushButton::clicked, this, [this] { cmdConserver(); });
   connect(effacer, &QPushButton::clicked, this, [this] { cmdEffacerVignette(); });
-  l->addWidget(conserver, 5, 0);
-  l->addWidget(effacer, 5, 1);
+  l->addWidget(conserver, 2, 2);
+  l->addWidget(effacer, 2, 3);
 }
 
 frmFiltresVignette::~frmFiltresVignette() = default;
