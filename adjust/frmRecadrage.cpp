@@ -22,6 +22,7 @@
 #include "core/frmFichierPhoto.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 #include "version.h"
@@ -76,7 +77,11 @@ frmRecadrage::frmRecadrage(SessionRecord& session, cAdvancedImagery& ai, frmFich
   setObjectName(QStringLiteral("frmRecadrage"));
   auto* racine = new QHBoxLayout(this);
   Picture1_ = Nomme(new ZoneRecadrage(this, this), QStringLiteral("Picture1"));
-  racine->addWidget(Picture1_, 0, Qt::AlignTop);
+  // The picture scrolls when the screen is narrower than it and the panel.
+  auto* defile = Nomme(new PanneauDefilant(Picture1_, this), QStringLiteral("picDefilement"));
+  defile->setWidgetResizable(false);
+  defile->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  racine->addWidget(defile, 1);
 
   auto* panneau = new QVBoxLayout;
   racine->addLayout(panneau);
@@ -238,8 +243,11 @@ frmRecadrage* frmRecadrage::Afficher(frmFichierPhoto& principal) {
   auto* f = new frmRecadrage(principal.Session(), principal.Imagerie(), &principal, &principal);
   f->setAttribute(Qt::WA_DeleteOnClose);
   principal.FenetreOuverte(f);
-  f->adjustSize();
-  if (QScreen* e = QGuiApplication::primaryScreen()) f->move(e->availableGeometry().center() - f->rect().center());
+  // Centred on the screen, within it.
+  const QRect zone = ZoneEcran(&principal);
+  const QSize voulue = f->sizeHint();
+  f->move(zone.center() - QPoint(voulue.width() / 2, voulue.height() / 2));
+  AjusterAEcran(f, voulue);
   f->show();
   principal.hide();
   return f;
