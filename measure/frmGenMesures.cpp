@@ -18,6 +18,7 @@
 #include "measure/frmGestionTables.h"
 #include "measure/modOpTableMesure.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Fichiers.h"
 #include "platform/Liste.h"
 #include "platform/Nombres.h"
@@ -157,10 +158,15 @@ frmGenMesures* frmGenMesures::Afficher(SessionRecord& session, std::optional<Don
     instance_->close();
     delete instance_;
   }
+  const bool depuisEtalon = etalon.has_value();
   auto* f = new frmGenMesures(session, std::move(etalon), parent);
   f->setAttribute(Qt::WA_DeleteOnClose);
   instance_ = f;
   if (Liens().fenetreOuverte) Liens().fenetreOuverte(f);
+  // From a calibration: beside the picture of the stage micrometer.
+  AjusterAEcran(f);
+  if (depuisEtalon && parent && parent->window()->objectName() == u"frmMesure")
+    PlacerACoteDe(f, parent->window()->findChild<QWidget*>(QStringLiteral("picImage")));
   f->show();
   return f;
 }

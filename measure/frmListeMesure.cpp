@@ -25,6 +25,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "measure/frmAppercuRtf.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Fichiers.h"
 
 namespace tg {
@@ -121,7 +122,8 @@ frmListeMesure::frmListeMesure(SessionRecord& session, cAdvancedImagery& ai, QWi
   }
   optFormatTxt_[1]->setChecked(true);
 
-  auto* commandes = new QHBoxLayout;
+  // Three rows of two: the notebook stays narrow enough to sit beside the picture.
+  auto* commandes = new QGridLayout;
   racine->addLayout(commandes);
   const QString textesListe[6] = {QStringLiteral("Effacer toute la liste de mesure"),
                                   QStringLiteral("Copier"),
@@ -131,7 +133,7 @@ frmListeMesure::frmListeMesure(SessionRecord& session, cAdvancedImagery& ai, QWi
                                   QStringLiteral("Quitter")};
   for (int i = 0; i < 6; ++i) {
     auto* b = bouton(QStringLiteral("cmdListe%1").arg(i), textesListe[i]);
-    commandes->addWidget(b);
+    commandes->addWidget(b, i / 2, i % 2);
     connect(b, &QPushButton::clicked, this, [this, i] { cmdListe(i); });
   }
   VersBoites();
@@ -148,6 +150,16 @@ frmListeMesure* frmListeMesure::Afficher(SessionRecord& session, cAdvancedImager
   auto* f = new frmListeMesure(session, ai, parent);
   f->setAttribute(Qt::WA_DeleteOnClose);
   instance_ = f;
+  // Beside the measuring window's picture, where it covers the least of it;
+  // at its smaller size when the screen has no room for it whole beside the picture.
+  const QWidget* image = parent && parent->window()->objectName() == u"frmMesure"
+                             ? parent->window()->findChild<QWidget*>(QStringLiteral("picImage"))
+                             : nullptr;
+  QSize voulue = f->sizeHint();
+  if (image && ZoneEcran(f).width() - PartieVisible(image).width() < voulue.width() + 10)
+    voulue = f->minimumSizeHint().expandedTo(QSize(560, 440));
+  AjusterAEcran(f, voulue);
+  if (image) PlacerACoteDe(f, image);
   f->show();
   return f;
 }
