@@ -9,6 +9,7 @@
 #include <QScreen>
 
 #include "core/Session.h"
+#include "core/frmMain.h"
 #include "platform/Systeme.h"
 #include "tests/app/Route.h"
 #include "tests/ecrans/Geometrie.h"
@@ -23,6 +24,8 @@ class FenetresEcran : public test::RouteFenetres {
  protected:
   FenetresEcran() {
     // As the program shows it.
+    // As the program starts: the screen's class decides the measuring size.
+    ControlerEcran(*w);
     w->showMaximized();
     QApplication::processEvents();
   }
