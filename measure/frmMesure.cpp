@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <cmath>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -25,6 +26,7 @@
 #include "platform/Dialogues.h"
 #include "platform/Nombres.h"
 #include "imaging/Bitmap.h"
+#include "measure/Reglette.h"
 
 namespace tg {
 
@@ -238,6 +240,65 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
     picImage_->update();
   });
 
+  // Automatic calibration (mode 0): the value of one division, an optional
+  // rectangle around the ruling, the button; the result and its two answers.
+  fraEtalonnageAuto_ = new QFrame(this);
+  fraEtalonnageAuto_->setObjectName(QStringLiteral("fraEtalonnageAuto"));
+  fraEtalonnageAuto_->setFrameShape(QFrame::StyledPanel);
+  {
+    auto* v = new QVBoxLayout(fraEtalonnageAuto_);
+    auto* h = new QHBoxLayout;
+    h->addWidget(new QLabel(QStringLiteral("Une division :"), fraEtalonnageAuto_));
+    combDivision_ = new QComboBox(fraEtalonnageAuto_);
+    combDivision_->setObjectName(QStringLiteral("combDivision"));
+    combDivision_->setEditable(true);
+    combDivision_->addItems({QStringLiteral("10"), QStringLiteral("5"), QStringLiteral("2"), QStringLiteral("1"),
+                             QStringLiteral("100")});
+    combDivision_->setCurrentIndex(0);
+    h->addWidget(combDivision_);
+    h->addWidget(new QLabel(QStringLiteral("µm"), fraEtalonnageAuto_));
+    v->addLayout(h);
+    chkZoneReglette_ = new QCheckBox(QStringLiteral("Rectangle autour de la réglette"), fraEtalonnageAuto_);
+    chkZoneReglette_->setObjectName(QStringLiteral("chkZoneReglette"));
+    v->addWidget(chkZoneReglette_);
+    auto* auto_ = Bouton("cmdEtalonnageAuto", QStringLiteral("Étalonnage automatique"), fraEtalonnageAuto_);
+    v->addWidget(auto_);
+    picReglette_ = new QFrame(fraEtalonnageAuto_);
+    picReglette_->setObjectName(QStringLiteral("picReglette"));
+    auto* r = new QVBoxLayout(picReglette_);
+    r->setContentsMargins(0, 0, 0, 0);
+    lblReglette_ = new QLabel(picReglette_);
+    lblReglette_->setObjectName(QStringLiteral("lblReglette"));
+    lblReglette_->setWordWrap(true);
+    r->addWidget(lblReglette_);
+    auto* b = new QHBoxLayout;
+    auto* accepter = Bouton("cmdAccepterReglette", QStringLiteral("Accepter"), picReglette_);
+    auto* deuxPoints = Bouton("cmdDeuxPointsReglette", QStringLiteral("Pointer deux graduations"), picReglette_);
+    b->addWidget(accepter);
+    b->addWidget(deuxPoints);
+    r->addLayout(b);
+    v->addWidget(picReglette_);
+    picReglette_->hide();
+    connect(auto_, &QPushButton::clicked, this, [this] { cmdEtalonnageAuto(); });
+    connect(accepter, &QPushButton::clicked, this, [this] { cmdAccepterReglette(); });
+    connect(deuxPoints, &QPushButton::clicked, this, [this] {
+      OublierReglette();
+      const QSignalBlocker bloque(chkZoneReglette_);
+      chkZoneReglette_->setChecked(false);
+      zoneReglette_ = QRectF();
+      picImage_->update();
+    });
+    connect(combDivision_, &QComboBox::currentTextChanged, this, [this] {
+      if (reglette_) AfficherReglette();
+    });
+    connect(chkZoneReglette_, &QCheckBox::toggled, this, [this](bool coche) {
+      if (!coche) zoneReglette_ = QRectF();
+      traceZone_ = false;
+      picImage_->update();
+    });
+  }
+  col->addWidget(fraEtalonnageAuto_);
+
   picCreerTable_ = new QFrame(this);
   picCreerTable_->setObjectName(QStringLiteral("picCreerTable"));
   {
@@ -353,6 +414,7 @@ void frmMesure::AppliquerMenu() {
     TimerAstuce_->start();
   }
   fraMenuCompteur_->setEnabled(m.compteur);
+  fraEtalonnageAuto_->setVisible(s_.ModeMesure == 0);
   if (m.compteur) combTaillePoints_->setCurrentIndex(1);
   picPointeur_->setCurrentIndex(1);
   ChoisirPointeur(1);
@@ -375,6 +437,13 @@ void frmMesure::MajPositions(QPointF p) {
 
 void frmMesure::SourisAppuyee(QPointF p) {
   boutonBas_ = true;
+  if (s_.ModeMesure == 0 && chkZoneReglette_->isChecked()) {
+    traceZone_ = true;
+    coinZone_ = p;
+    zoneReglette_ = QRectF(p, p);
+    picImage_->update();
+    return;
+  }
   if (compteurActif_) {
     const int r = combTaillePoints_->currentText().toInt();
     points_.append({p, r});
@@ -384,6 +453,8 @@ void frmMesure::SourisAppuyee(QPointF p) {
     return;
   }
   picCreerTable_->hide();
+  // A line drawn again: back to two picked points.
+  OublierReglette();
   croixVisible_ = true;
   x1_ = float(p.x());
   y1_ = float(p.y());
@@ -428,6 +499,11 @@ void frmMesure::SourisAppuyee(QPointF p) {
 
 void frmMesure::SourisDeplacee(QPointF p, bool boutonGauche) {
   pointeur_ = p;
+  if (traceZone_) {
+    if (boutonGauche) zoneReglette_ = QRectF(coinZone_, p).normalized() & QRectF(picImage_->rect());
+    picImage_->update();
+    return;
+  }
   if (!(boutonGauche && boutonBas_) || chkModeLoupe_->isChecked() || compteurActif_) {
     picImage_->update();
     return;
@@ -457,6 +533,12 @@ void frmMesure::SourisDeplacee(QPointF p, bool boutonGauche) {
 void frmMesure::SourisRelachee(QPointF p) {
   if (!boutonBas_) return;
   boutonBas_ = false;
+  if (traceZone_) {
+    traceZone_ = false;
+    zoneReglette_ = QRectF(coinZone_, p).normalized() & QRectF(picImage_->rect());
+    picImage_->update();
+    return;
+  }
   if (compteurActif_) return;
   if (s_.ModeMesure == 0) {
     if (!chkModeLoupe_->isChecked() && OffreTable(longueur_)) {
@@ -564,6 +646,8 @@ void frmMesure::EffacerTrace() {
   txtMesurePixel_->clear();
   txtPixTemp_->clear();
   txtMicTemp_->clear();
+  OublierReglette();
+  zoneReglette_ = QRectF();
   picImage_->update();
 }
 
@@ -644,8 +728,91 @@ void frmMesure::cmdCopierInfos() {
     EffacerTrace();
     return;
   }
-  frmGenMesures::Afficher(s_, DonneesEtalon{txtLargeurImgOrigine_->text(), txtMesurePixel_->text()},
-                          this);
+  frmGenMesures* gen = frmGenMesures::Afficher(
+      s_, DonneesEtalon{txtLargeurImgOrigine_->text(), txtMesurePixel_->text()}, this);
+  // The microns that go with an accepted automatic measure.
+  if (gen && micronsReglette_ > 0 && txtMesurePixel_->text() == pixelsReglette_)
+    if (auto* mic = gen->findChild<QLineEdit*>(QStringLiteral("txtFields6")))
+      mic->setText(QString::number(micronsReglette_));
+}
+
+void frmMesure::cmdEtalonnageAuto() {
+  const QString titre = QStringLiteral("Étalonnage automatique");
+  const std::optional<double> division = LireDivision(combDivision_->currentText());
+  if (!division) {
+    Dialogues().Message(titre, TexteDivisionRefusee, Icone::Exclamation);
+    combDivision_->setFocus();
+    return;
+  }
+  OublierReglette();
+  QImage image;
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  if (!ai_.Convert_ImageToPicture(s_.ImageCourante, image)) {
+    QApplication::restoreOverrideCursor();
+    Dialogues().Message(QStringLiteral("Erreur"), QStringLiteral("Error - ") + ai_.Error_GetLast(), Icone::Critique);
+    return;
+  }
+  std::optional<ZoneReglette> zone;
+  if (!zoneReglette_.isEmpty()) {
+    // Display pixels to the picture's, the rectangle's whole pixels kept.
+    const double r = RatioAffichage(s_);
+    const int x0 = std::clamp(int(std::floor(zoneReglette_.left() * r)), 0, image.width());
+    const int y0 = std::clamp(int(std::floor(zoneReglette_.top() * r)), 0, image.height());
+    const int x1 = std::clamp(int(std::ceil(zoneReglette_.right() * r)), 0, image.width());
+    const int y1 = std::clamp(int(std::ceil(zoneReglette_.bottom() * r)), 0, image.height());
+    zone = ZoneReglette{x0, y0, x1 - x0, y1 - y0};
+  }
+  const VuePixels vue{image.constBits(), image.width(), image.height(), image.bytesPerLine(),
+                      FormatPixels::BGRA32};
+  ResultatReglette resultat = TrouverReglette(vue, zone);
+  QApplication::restoreOverrideCursor();
+  if (!resultat.reglette) {
+    picImage_->update();
+    Dialogues().Message(titre, resultat.refus, Icone::Exclamation);
+    return;
+  }
+  reglette_ = std::move(resultat.reglette);
+  AfficherReglette();
+}
+
+// How many divisions were measured and what they give, for the division
+// typed; the graduations drawn over the picture.
+void frmMesure::AfficherReglette() {
+  if (!reglette_) return;
+  const QString separateur = s_.SeparateurDecimal.isEmpty() ? QStringLiteral(",") : s_.SeparateurDecimal;
+  const std::optional<double> division = LireDivision(combDivision_->currentText());
+  QString texte = QStringLiteral("%1 divisions mesurées").arg(reglette_->divisions);
+  texte += QStringLiteral("\n") + (division ? TexteReglette(*reglette_, *division, separateur) : TexteDivisionRefusee);
+  lblReglette_->setText(texte);
+  picReglette_->show();
+  picImage_->update();
+}
+
+// The accepted ruling as a measure: a whole number of pixels for a power of
+// ten of microns in txtMesurePixel, then the table's creation as after two
+// picked points.
+void frmMesure::cmdAccepterReglette() {
+  const std::optional<double> division = LireDivision(combDivision_->currentText());
+  if (!reglette_ || !division) {
+    Dialogues().Message(QStringLiteral("Étalonnage automatique"), TexteDivisionRefusee, Icone::Exclamation);
+    return;
+  }
+  const LongueurTable l = LongueurPourTable(*reglette_, *division);
+  pixelsReglette_ = QString::number(l.pixels);
+  micronsReglette_ = l.microns;
+  txtMesurePixel_->setText(pixelsReglette_);
+  longueur_ = float(l.pixels);
+  picReglette_->hide();
+  picCreerTable_->show();
+  TimerAjouterTable_->start();
+  picAstuce_->hide();
+}
+
+void frmMesure::OublierReglette() {
+  reglette_.reset();
+  pixelsReglette_.clear();
+  micronsReglette_ = 0;
+  if (picReglette_) picReglette_->hide();
 }
 
 void frmMesure::ClignoterCopierInfos() {
@@ -698,6 +865,24 @@ void frmMesure::Dessiner(QPainter& p) {
   if (cadre_)
     p.drawRect(QRectF(centreCadre_.x() - Loupe::Cote / 2.0, centreCadre_.y() - Loupe::Cote / 2.0,
                       Loupe::Cote, Loupe::Cote));
+  // The ruling found: each graduation used, its first and last longer, in
+  // display pixels; the rectangle drawn around it.
+  if (reglette_ && r > 0) {
+    p.setPen(QPen(QColor(0, 200, 255), 1));
+    const int dernier = reglette_->graduations.empty() ? 0 : reglette_->graduations.back().rang;
+    for (const Graduation& g : reglette_->graduations) {
+      QLineF l(g.x1 / r, g.y1 / r, g.x2 / r, g.y2 / r);
+      if (g.rang == 0 || g.rang == dernier) {
+        const QPointF d = (l.p2() - l.p1()) * 0.25;
+        l = QLineF(l.p1() - d, l.p2() + d);
+      }
+      p.drawLine(l);
+    }
+  }
+  if (!zoneReglette_.isEmpty()) {
+    p.setPen(QPen(QColor(0, 200, 255), 1, Qt::DashLine));
+    p.drawRect(zoneReglette_);
+  }
   p.setPen(QPen(Qt::green, 1));
   for (const QPointF& c : croixVertes_) {
     p.drawLine(c - QPointF(TailleCroix, 0), c + QPointF(TailleCroix, 0));

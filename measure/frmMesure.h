@@ -8,8 +8,11 @@
 #include <QPointF>
 #include <QWidget>
 
+#include <optional>
+
 #include "core/SessionRecord.h"
 #include "measure/GeometrieMesure.h"
+#include "measure/Reglette.h"
 
 class QCheckBox;
 class QComboBox;
@@ -46,6 +49,10 @@ class frmMesure : public QWidget {
   double Angle() const { return angle_; }
   float Longueur() const { return longueur_; }
   const Loupe& EtatDeLaLoupe() const { return loupe_; }
+  // The ruling the automatic calibration found, while it is shown.
+  const std::optional<Reglette>& RegletteTrouvee() const { return reglette_; }
+  // The rectangle drawn around the ruling, display pixels; empty when none.
+  QRectF RectangleReglette() const { return zoneReglette_; }
 
  protected:
   void closeEvent(QCloseEvent* e) override;
@@ -65,6 +72,12 @@ class frmMesure : public QWidget {
   void MajPositions(QPointF p);
   void ClignoterCopierInfos();
   void ArreterClignotement();
+  // Automatic calibration, mode 0: the ruling found on the full picture (or
+  // in the rectangle drawn), its graduations drawn, accepted as a measure.
+  void cmdEtalonnageAuto();
+  void AfficherReglette();
+  void cmdAccepterReglette();
+  void OublierReglette();
 
   SessionRecord& s_;
   cAdvancedImagery& ai_;
@@ -93,6 +106,13 @@ class frmMesure : public QWidget {
   int taillePointeur_ = 60, epaisseurPointeur_ = 1;
   static constexpr int TailleCroix = 8;  // arms of the green cross, display pixels
   bool clignote_ = false;
+  std::optional<Reglette> reglette_;
+  QRectF zoneReglette_;     // display pixels
+  QPointF coinZone_;        // where the rectangle's drawing began
+  bool traceZone_ = false;
+  // The accepted automatic measure: pixels put in txtMesurePixel, for microns.
+  QString pixelsReglette_;
+  int micronsReglette_ = 0;
 
   QWidget* picCadre_ = nullptr;
   QWidget* picImage_ = nullptr;
@@ -124,6 +144,11 @@ class frmMesure : public QWidget {
   QComboBox* combEpaisseurLigne_ = nullptr;
   QTimer* TimerAstuce_ = nullptr;
   QTimer* TimerAjouterTable_ = nullptr;
+  QFrame* fraEtalonnageAuto_ = nullptr;
+  QComboBox* combDivision_ = nullptr;
+  QCheckBox* chkZoneReglette_ = nullptr;
+  QFrame* picReglette_ = nullptr;
+  QLabel* lblReglette_ = nullptr;
 };
 
 }  // namespace tg
