@@ -8,10 +8,12 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/Formats.h"
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 
 namespace tg {
 
@@ -60,9 +62,14 @@ frmPipette::frmPipette(const Bitmap& image, cAdvancedImagery& ai, QWidget* paren
   };
   if (ai_.IO_Copy(image, copie_)) {
     const int l = ai_.Info_Width(copie_), hh = ai_.Info_Height(copie_);
-    const Taille t =
-        TailleRedimensionnee(l, hh, hh > 0 ? float(l) / float(hh) : 0.0f,
-                             float(LargeurMax) / float(HauteurMax), LargeurMax, HauteurMax);
+    // Smaller still on a screen that cannot hold the window at its usual
+    // size: the margins, the row of values and the frame take about 80 pixels.
+    const QRect zone = ZoneEcran(parent ? parent : this);
+    const QMargins m = MargesCadre(this);
+    const int largeurMax = std::max(160, std::min<int>(LargeurMax, zone.width() - m.left() - m.right() - 24));
+    const int hauteurMax = std::max(120, std::min<int>(HauteurMax, zone.height() - m.top() - m.bottom() - 60));
+    const Taille t = TailleRedimensionnee(l, hh, hh > 0 ? float(l) / float(hh) : 0.0f,
+                                          float(largeurMax) / float(hauteurMax), largeurMax, hauteurMax);
     if ((t.largeur != l || t.hauteur != hh) && !ai_.Effect_Resize(copie_, t.largeur, t.hauteur, 3))
       erreur();
     QImage vue;
@@ -80,6 +87,7 @@ frmPipette::frmPipette(const Bitmap& image, cAdvancedImagery& ai, QWidget* paren
     const QWidget* haut = parent->window();
     move(haut->x() + (haut->width() - width()) / 2, haut->y() + 80);
   }
+  AjusterAEcran(this);
 }
 
 frmPipette::~frmPipette() { ai_.IO_DestroyBitmap(copie_); }
