@@ -152,6 +152,34 @@ TEST_F(FenetresOutils, MesureEtCarnet) {
   VerifierACote(carnet, m->findChild<QWidget*>("picImage"));
 }
 
+TEST_F(FenetresOutils, FenetresDuCartoucheEtEnregistrement) {
+  Ouvrir(Photo(true));
+  if (HasFatalFailure()) return;
+  Formater();
+  if (HasFatalFailure()) return;
+  QWidget* c = Cartouche();
+  ASSERT_NE(c, nullptr);
+  c->findChild<QPushButton*>("cmdMotClef")->click();
+  QWidget* k = Fenetre("frmMotClef");
+  VerifierFenetre(k, {"cmdOK", "cmdAnnuler"});
+  if (k) k->close();
+  c->findChild<QPushButton*>("cmdPipette")->click();
+  QWidget* p = Fenetre("frmPipette");
+  VerifierFenetre(p, {"cmdOK", "cmdSortir"});
+  if (p) p->close();
+  TableEtSuite(c);
+  if (HasFatalFailure()) return;
+  w->findChild<QAction*>("Sauver")->trigger();
+  VerifierFenetre(Fenetre("frmEnregistrer"), {"cmdPreparer", "cmdAnnuler"});
+  // The comment editor on the saved picture.
+  const QString fichier = QDir::current().filePath("finale.jpg");
+  Enregistrer(fichier);
+  Ouvrir(fichier);
+  if (HasFatalFailure()) return;
+  QWidget* e = Menu("mnuEditComments", "frmEditComments");
+  VerifierFenetre(e, {"cmdQuitter"});
+}
+
 // The measuring window itself, on the final picture and on a stage
 // micrometer: its picture is as wide as an 800 output, so that it needs a
 // scrolling picture to fit a small screen. Disabled until it has one.
