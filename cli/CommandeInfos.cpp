@@ -1,7 +1,8 @@
 // infos FICHIER [--json]: what the metadata library reads from a picture file.
 // A HEIC, HEIF or AVIF file (an ISO base media container the library does
 // not read) is described by its container, its size and the EXIF block it
-// holds, that block read by the library's TIFF parser.
+// holds, that block read by the library's TIFF parser; a Canon CR3 by the
+// TIFF structures of its metadata boxes.
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -9,6 +10,7 @@
 #include <QTextStream>
 #include <cstdio>
 #include <optional>
+#include <vector>
 
 #include "cli/Commandes.h"
 #include "metadata/CImage.h"
@@ -75,6 +77,9 @@ struct Heif {
   QByteArray marque;
   uint32_t largeur = 0, hauteur = 0;  // the largest picture (ispe)
   QByteArray exif;                     // the TIFF structure, empty without EXIF
+  // Canon's CR3: TIFF structures in boxes of moov's Canon uuid box, CMT1
+  // (IFD0) and CMT2 (the EXIF directory), each with its own header.
+  std::vector<std::pair<QByteArray, QByteArray>> canon;
 };
 
 // The EXIF item's bytes where iloc puts them in the file.
@@ -111,6 +116,13 @@ std::optional<Heif> LireHeif(const QByteArray& o) {
   if (o.mid(4, 4) != "ftyp") return std::nullopt;
   Heif h;
   h.marque = o.mid(8, 4);
+  for (const Boite& moov : Boites(o, 0, o.size()))
+    if (moov.type == "moov")
+      for (const Boite& uuid : Boites(o, moov.donnees, moov.fin))
+        if (uuid.type == "uuid")
+          for (const Boite& cmt : Boites(o, uuid.donnees + 16, uuid.fin))
+            if (cmt.type == "CMT1" || cmt.type == "CMT2")
+              h.canon.emplace_back(cmt.type, o.mid(cmt.donnees, cmt.fin - cmt.donnees));
   for (const Boite& meta : Boites(o, 0, o.size())) {
     if (meta.type != "meta") continue;
     uint32_t exif = 0;
@@ -162,6 +174,26 @@ int Infos(const QStringList& arguments) {
   QByteArray octets;
   if (conteneur && meta::LireFichier(args[0], octets)) {
     const std::optional<Heif> h = LireHeif(octets);
+    if (h && h->marque == "crx ") {
+      // Each TIFF structure through the library, under the name of its box.
+      sortie << QStringLiteral("Type : CR3 (RAW Canon, conteneur ISO)\n");
+      QJsonObject o{{"type", QStringLiteral("CR3")}};
+      for (const auto& [nom, tiff] : h->canon) {
+        QTemporaryFile bloc;
+        meta::CImage image;
+        if (!bloc.open() || bloc.write(tiff) != tiff.size() || !bloc.flush() || !image.ReadImage(bloc.fileName()) ||
+            image.TIFF() == nullptr)
+          continue;
+        if (json) {
+          o[QString::fromLatin1(nom)] = meta::InfosJson(image)["exif"];
+        } else {
+          const QString texte = meta::InfosTexte(image);
+          sortie << "[" << nom << "] " << texte.mid(texte.indexOf(u'\n') + 1);
+        }
+      }
+      if (json) sortie << QJsonDocument(o).toJson(QJsonDocument::Indented);
+      return 0;
+    }
     meta::CImage exif;
     QTemporaryFile bloc;
     const bool avecExif = h && !h->exif.isEmpty() && bloc.open() && bloc.write(h->exif) == h->exif.size() &&

@@ -127,6 +127,35 @@ void CompleterExif(const LibRaw& lr, FIBITMAP* dib) {
 
 CadreRAW RecadrageDng(const QByteArray& octets);
 
+// Canon's CR3 (ISO base media): the TIFF structures of the boxes CMT1 (IFD0)
+// and CMT2 (the EXIF directory) in moov's Canon uuid box. Every box is
+// checked to lie inside its parent.
+void ExifCr3(const QByteArray& o, const QString& chemin, FIBITMAP* dib) {
+  auto u32 = [&](qsizetype p) {
+    return p + 4 <= o.size() ? uint32_t(uint8_t(o[p])) << 24 | uint32_t(uint8_t(o[p + 1])) << 16 |
+                                   uint32_t(uint8_t(o[p + 2])) << 8 | uint8_t(o[p + 3])
+                             : 0u;
+  };
+  // Calls f(type, start of content, end) for each box of [debut, fin) with a 32-bit size.
+  auto boites = [&](qsizetype debut, qsizetype fin, auto&& f) {
+    for (qsizetype p = debut; p + 8 <= fin;) {
+      const uint32_t taille = u32(p);
+      if (taille < 8 || taille > uint64_t(fin - p)) return;
+      f(o.mid(p + 4, 4), p + 8, p + qsizetype(taille));
+      p += qsizetype(taille);
+    }
+  };
+  boites(0, o.size(), [&](const QByteArray& t, qsizetype d, qsizetype f) {
+    if (t != "moov") return;
+    boites(d, f, [&](const QByteArray& t2, qsizetype d2, qsizetype f2) {
+      if (t2 != "uuid") return;
+      boites(d2 + 16, f2, [&](const QByteArray& t3, qsizetype d3, qsizetype f3) {
+        if (t3 == "CMT1" || t3 == "CMT2") AttacherExifTIFF(o.mid(d3, f3 - d3), chemin, dib, t3 == "CMT2");
+      });
+    });
+  });
+}
+
 // The file's own EXIF, for the TIFF-shaped types, and a DNG's default crop.
 // ORF and RW2 have a TIFF structure under a mark of their own instead of 42:
 // read as TIFF.
@@ -142,6 +171,7 @@ void ExifFichier(const QString& chemin, FIBITMAP* dib, CadreRAW& dng) {
     octets[2] = intel ? char(42) : char(0);
     octets[3] = intel ? char(0) : char(42);
   }
+  if (octets.mid(4, 8) == "ftypcrx ") ExifCr3(octets, chemin, dib);
   if (!octets.startsWith("II*\0") && !octets.startsWith("MM\0*")) return;
   AttacherExifTIFF(octets, chemin, dib);
   dng = RecadrageDng(octets);
@@ -236,10 +266,8 @@ int EntierExif(FIBITMAP* dib, const char* cle) {
 
 // The metadata of the file, on a bitmap of no pixels; a DNG's default crop.
 FIBITMAP* Metadonnees(const QString& chemin, const LibRaw& lr, CadreRAW& dng) {
-  FIBITMAP* meta = AllouerEntete(1, 1, 24);
-  if (meta == nullptr) return nullptr;
-  ExifFichier(chemin, meta, dng);
-  CompleterExif(lr, meta);
+  FIBITMAP* meta = ExifRAW(chemin, dng);
+  if (meta != nullptr) CompleterExif(lr, meta);
   return meta;
 }
 
@@ -251,6 +279,13 @@ CadreRAW Cadre(const LibRaw& lr, FIBITMAP* meta, const CadreRAW& dng) {
 }
 
 }  // namespace
+
+FIBITMAP* ExifRAW(const QString& chemin, CadreRAW& dng) {
+  dng = {};
+  FIBITMAP* meta = AllouerEntete(1, 1, 24);
+  if (meta != nullptr) ExifFichier(chemin, meta, dng);
+  return meta;
+}
 
 CadreRAW CadreJpegAppareil(int largeur, int hauteur, int exifLargeur, int exifHauteur, const CadreRAW& dng) {
   const CadreRAW tout{0, 0, largeur, hauteur};

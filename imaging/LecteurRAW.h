@@ -35,6 +35,11 @@ struct CadreRAW {
 // else the whole frame.
 CadreRAW CadreJpegAppareil(int largeur, int hauteur, int exifLargeur, int exifHauteur, const CadreRAW& dng);
 
+// The file's own EXIF (its TIFF structure, or a CR3's CMT1 and CMT2 boxes)
+// on a 1 x 1 bitmap with no pixels, read without LibRaw; a DNG's default
+// crop in `dng` (empty when none). Null only when memory runs out.
+FIBITMAP* ExifRAW(const QString& chemin, CadreRAW& dng);
+
 // The picture decoded: `reduction` 1 whole, 2 at half size (LibRaw's
 // half-size decode, four times fewer pixels, much faster), for a picture that
 // goes straight to a much smaller output. The size of the whole picture,

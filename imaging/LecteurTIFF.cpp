@@ -93,11 +93,15 @@ void Metadonnees(const QString& chemin, FIBITMAP* dib) {
 
 }  // namespace
 
-void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib) {
+void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib, bool ifd0Exif) {
   meta::CTIFF tiff;
   tiff.LireOctets(octets, chemin);
   meta::CExifTIFF& x = tiff.EXIF();
   if (x.NombreIfd() < 1) return;
+  if (ifd0Exif) {
+    Copier(*x.ifd(0), meta::Repertoire::SubIFD, FIMD_EXIF_EXIF, dib);
+    return;
+  }
   Copier(*x.ifd(0), meta::Repertoire::IFD0, FIMD_EXIF_MAIN, dib);
   Copier(x.SubIFD(), meta::Repertoire::SubIFD, FIMD_EXIF_EXIF, dib);
   Copier(x.GPS(), meta::Repertoire::GPS, FIMD_EXIF_GPS, dib);

@@ -20,6 +20,8 @@ FIBITMAP* LireTIFF(const QString& chemin, QString& erreur);
 // The tags of a TIFF structure (a TIFF or RAW file, the EXIF block of a HEIF
 // file: header, IFD0 and its EXIF and GPS directories) into the bitmap's
 // metadata, as LireTIFF attaches them. Nothing when the bytes are no TIFF.
-void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib);
+// With `ifd0Exif`, IFD0 holds EXIF-directory tags (Canon CR3's CMT2 box) and
+// goes where the EXIF directory goes.
+void AttacherExifTIFF(const QByteArray& octets, const QString& chemin, FIBITMAP* dib, bool ifd0Exif = false);
 
 }  // namespace tg

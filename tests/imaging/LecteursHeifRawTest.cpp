@@ -334,6 +334,48 @@ TEST_F(Raw, UnDngCoupeEstRefuseAvantToutDecodage) {
   EXPECT_TRUE(v.message.contains(QStringLiteral("est incomplet"))) << v.message.toStdString();
 }
 
+// A CR3's EXIF lies in two TIFF structures inside ISO boxes: CMT1 holds
+// IFD0, CMT2 the EXIF directory's tags in its own IFD0.
+TEST(ExifCr3, LesBoitesCmt1EtCmt2) {
+  using namespace test::tiff;
+  auto u32 = [](uint32_t v) {
+    return QByteArray(1, char(v >> 24)) + char((v >> 16) & 0xFF) + char((v >> 8) & 0xFF) + char(v & 0xFF);
+  };
+  auto boite = [&](const char* type, const QByteArray& contenu) { return u32(8 + contenu.size()) + type + contenu; };
+  const QByteArray modele("Canon EOS M50\0", 14), date("2018:02:21 12:08:56\0", 20);
+  const QByteArray cmt1 = QByteArray("II*\0", 4) + U32(8) +
+                          Ifd({{0x010F, 2, 6, QByteArray("Canon\0", 6)}, {0x0110, 2, 14, modele}}, 8);
+  const QByteArray cmt2 = QByteArray("II*\0", 4) + U32(8) +
+                          Ifd({{0x9003, 2, 20, date},
+                               {0x920A, 5, 1, U32(15) + U32(1)},
+                               {0xA002, 4, 1, U32(6000)},
+                               {0xA003, 4, 1, U32(4000)}},
+                              8);
+  const QByteArray uuid = boite("uuid", QByteArray::fromHex("85c0b687820f11e08111f4ce462b6a48") + boite("CMT1", cmt1) +
+                                            boite("CMT2", cmt2));
+  const QByteArray cr3 = boite("ftyp", QByteArray("crx ") + u32(1) + "crx isom") + boite("moov", uuid) +
+                         boite("mdat", QByteArray(32, '\0'));
+  QTemporaryDir dossier;
+  const QString chemin = dossier.filePath("photo.cr3");
+  test::EcrireOctets(chemin, cr3);
+  CadreRAW dng;
+  Bitmap meta(ExifRAW(chemin, dng));
+  ASSERT_FALSE(meta.Vide());
+  cAdvancedImagery ai;
+  EXPECT_TRUE(Exif(ai, meta, 1).contains("Model = Canon EOS M50")) << Exif(ai, meta, 1).toStdString();
+  const QString sous = Exif(ai, meta, 2);
+  EXPECT_TRUE(sous.contains("FocalLength = 15/1")) << sous.toStdString();
+  EXPECT_TRUE(sous.contains("DateTimeOriginal = 2018:02:21 12:08:56")) << sous.toStdString();
+  EXPECT_TRUE(sous.contains("PixelXDimension = 6000")) << sous.toStdString();
+  EXPECT_EQ(dng, CadreRAW{});
+  // Cut inside its boxes: whatever is whole, never a read beyond the file.
+  for (qsizetype n = 0; n < cr3.size(); n += 7) {
+    test::EcrireOctets(chemin, cr3.left(n));
+    Bitmap coupe(ExifRAW(chemin, dng));
+    EXPECT_FALSE(coupe.Vide());
+  }
+}
+
 TEST(TypesPhotos, ParLeurContenuOuLeurNom) {
   auto type = [](const QByteArray& debut, const char* extension = "bin") {
     QByteArray octets = debut;
