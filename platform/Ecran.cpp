@@ -1,5 +1,6 @@
 #include "platform/Ecran.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QScrollBar>
@@ -148,6 +149,17 @@ QSize PanneauDefilant::minimumSizeHint() const {
   // their own; a picture of its own size scrolls both ways.
   if (!widgetResizable()) return {std::min(w->width() + barre, lignes), std::min(w->height() + barre, lignes)};
   return {w->minimumSizeHint().width() + barre, std::min(w->sizeHint().height(), lignes)};
+}
+
+bool PanneauDefilant::eventFilter(QObject* objet, QEvent* e) {
+  if (objet == widget() && e->type() == QEvent::LayoutRequest && widgetResizable() &&
+      horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) {
+    QWidget* f = window();
+    const int manque = widget()->sizeHint().width() - viewport()->width();
+    if (f && f != this && f->isVisible() && manque > 0)
+      AjusterAEcran(f, QSize(f->width() + manque, f->height()));
+  }
+  return QScrollArea::eventFilter(objet, e);
 }
 
 }  // namespace tg

@@ -55,6 +55,11 @@ class PanneauDefilant : public QScrollArea {
   explicit PanneauDefilant(QWidget* contenu, QWidget* parent = nullptr);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
+
+ protected:
+  // Contents that grow wider (a frame shown) widen the shown window as far
+  // as the screen allows, so that they need no sideways scrolling.
+  bool eventFilter(QObject* objet, QEvent* e) override;
 };
 
 }  // namespace tg

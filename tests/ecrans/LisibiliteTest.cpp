@@ -10,6 +10,9 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "core/Session.h"
 #include "platform/Systeme.h"
@@ -60,6 +63,12 @@ TEST_F(Lisibilite, FormulaireDuCartouche) {
   auto* etat = f->findChild<QLineEdit*>("txtChoixTableAuto");
   ASSERT_FALSE(etat->text().isEmpty());
   QApplication::processEvents();
+  // The scale and table frames shown: the form widens rather than scroll sideways, where the screen allows.
+  auto* defile = f->findChild<QScrollArea*>();
+  ASSERT_NE(defile, nullptr);
+  if (f->screen()->availableGeometry().width() >= 1024)
+    EXPECT_FALSE(defile->horizontalScrollBar()->isVisible())
+        << defile->widget()->width() << " dans " << defile->viewport()->width();
   EXPECT_LE(etat->fontMetrics().horizontalAdvance(etat->displayText()) + 8, etat->width())
       << "« " << etat->displayText().toStdString() << " » coupé à " << etat->width() << " pixels";
   auto* tables = f->findChild<QComboBox*>("comboTables");
