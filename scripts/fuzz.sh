@@ -28,6 +28,7 @@ fi
 declare -A dossier=(
   [jpeg]=metadata [exif]=metadata [tiff]=metadata [commentaire]=metadata [png]=metadata
   [gif]=metadata [iptc]=metadata [makernote]=metadata [bloc]=cartouche [verification]=imaging
+  [heif]=imaging [raw]=imaging
 )
 for d in platform measure; do
   for f in "$racine/$d"/fuzz/fuzz_*.cpp; do
@@ -48,8 +49,12 @@ cmake --build "$build" -j2 --target fuzz_graines "${cibles[@]/#/fuzz_}"
 graines="$build/graines"
 rm -rf "$graines"
 "$build/metadata/fuzz/fuzz_graines" "$graines"
-mkdir -p "$graines/bloc" "$graines/verification"
+mkdir -p "$graines/bloc" "$graines/verification" "$graines/heif" "$graines/raw"
 cp "$racine/cartouche/fuzz/graine_bloc.bin" "$graines/bloc/"
+# A HEIC turned a quarter with EXIF and a thumbnail, a DNG turned with a default crop.
+cp "$racine/imaging/fuzz/graine_heif.heic" "$graines/heif/"
+cp "$racine/imaging/fuzz/graine_raw.dng" "$graines/raw/"
+cp "$racine/imaging/fuzz/graine_heif.heic" "$racine/imaging/fuzz/graine_raw.dng" "$graines/verification/"
 for g in jpeg tiff png gif; do
   [ -d "$graines/$g" ] && cp "$graines/$g"/* "$graines/verification/" 2>/dev/null || true
 done
