@@ -115,7 +115,8 @@ void SelonFormat(FormatPixels f, Fonction&& fonction) {
 
 const uint8_t* Ligne(const VuePixels& v, int y) { return v.pixels + std::ptrdiff_t(y) * v.pas; }
 
-// One level of the pyramid: grey values, each the mean of f x f photo pixels;
+// One level of the pyramid: grey values, each the mean of f x f photo pixels
+// (the first level f = 1 or 2, the next ones 4 times the one before);
 // pixel (i, j) has its centre at photo (x0 + i f + (f - 1) / 2, y0 + ...).
 struct Plan {
   int l = 0, h = 0, f = 1;
@@ -129,25 +130,23 @@ Plan PremierPlan(const VuePixels& vue, const ZoneReglette& z, int f) {
   p.l = z.largeur / f;
   p.h = z.hauteur / f;
   p.v.assign(size_t(p.l) * size_t(p.h), 0.0f);
-  const float echelle = 1.0f / float(f * f);
   SelonFormat(vue.format, [&](auto format) {
     constexpr FormatPixels F = decltype(format)::value;
     for (int j = 0; j < p.h; ++j) {
       float* sortie = p.v.data() + size_t(j) * size_t(p.l);
-      for (int dy = 0; dy < f; ++dy) {
-        const uint8_t* ligne = Ligne(vue, z.y + j * f + dy);
-        if (f == 1) {
-          for (int i = 0; i < p.l; ++i) sortie[i] = GrisDe<F>(ligne, z.x + i);
-        } else {
-          for (int i = 0; i < p.l; ++i) {
-            float s = 0;
-            for (int dx = 0; dx < f; ++dx) s += GrisDe<F>(ligne, z.x + i * f + dx);
-            sortie[i] += s;
-          }
-        }
+      if (f == 1) {
+        const uint8_t* ligne = Ligne(vue, z.y + j);
+        for (int i = 0; i < p.l; ++i) sortie[i] = GrisDe<F>(ligne, z.x + i);
+      } else {
+        // Two rows at a time, the only halving used: one pass, no sums
+        // carried from row to row.
+        const uint8_t* a = Ligne(vue, z.y + 2 * j);
+        const uint8_t* b = Ligne(vue, z.y + 2 * j + 1);
+        const int x0 = z.x;
+        for (int i = 0; i < p.l; ++i)
+          sortie[i] = 0.25f * (GrisDe<F>(a, x0 + 2 * i) + GrisDe<F>(a, x0 + 2 * i + 1) + GrisDe<F>(b, x0 + 2 * i) +
+                               GrisDe<F>(b, x0 + 2 * i + 1));
       }
-      if (f > 1)
-        for (int i = 0; i < p.l; ++i) sortie[i] *= echelle;
     }
   });
   return p;
@@ -173,6 +172,8 @@ Plan PlanSuivant(const Plan& a) {
 
 // ------------------------------------------------------------ Spectres ----
 double Rho(double fx, double fy) { return std::hypot(fx, fy); }
+// To the nearest whole number, halves up; inline, unlike lround.
+inline int Arrondi(double x) { return int(std::floor(x + 0.5)); }
 
 // Power of a tile's windowed spectrum, the half plane FFTW gives:
 // th rows (ky) of tl / 2 + 1 columns (kx). Frequencies in bins.
@@ -190,7 +191,7 @@ struct Spectre {
     return p[size_t(ky) * size_t(tl / 2 + 1) + size_t(kx)];
   }
   float max3(double kx, double ky) const {
-    const int x = int(std::lround(kx)), y = int(std::lround(ky));
+    const int x = Arrondi(kx), y = Arrondi(ky);
     float m = 0;
     for (int dy = -1; dy <= 1; ++dy)
       for (int dx = -1; dx <= 1; ++dx) m = std::max(m, at(x + dx, y + dy));
@@ -242,19 +243,16 @@ struct Spectre {
     const double rho = Rho(fx, fy);
     if (!(rho > 0)) return 0;
     const double ux = fx / rho, uy = fy / rho;
-    constexpr double travers = 6;
-    const int boite = int(std::ceil(std::hypot(rayon, travers)));
+    constexpr int travers = 6;
+    const int le_long = int(rayon);
     double e = 0;
     for (int k = 1; k <= 32; ++k) {
       const double cx = k * fx, cy = k * fy;
       if (std::abs(cx) > tl / 2 - 1 || std::abs(cy) > th / 2 - 1) break;
-      const int x0 = int(std::lround(cx)), y0 = int(std::lround(cy));
-      for (int y = y0 - boite; y <= y0 + boite; ++y)
-        for (int x = x0 - boite; x <= x0 + boite; ++x) {
-          const double dx = x - cx, dy = y - cy;
-          if (std::abs(dx * ux + dy * uy) > rayon || std::abs(-dx * uy + dy * ux) > travers) continue;
-          e += at(x, y);
-        }
+      // Bins one apart along the comb and across it; where the two do not
+      // fall on the grid's axes a bin may count twice or not at all.
+      for (int a = -le_long; a <= le_long; ++a)
+        for (int c = -travers; c <= travers; ++c) e += at(Arrondi(cx + a * ux - c * uy), Arrondi(cy + a * uy + c * ux));
     }
     return 2 * e;
   }
@@ -320,7 +318,7 @@ void AnalyserTuile(Tuile& t, double pMin) {
   std::array<std::array<Pic, 2>, kSecteurs> meilleurs{};
   const std::vector<uint8_t>& secteurs = Spectre::Secteurs(tl, th);
   // A peak stands well above the mean of the plane.
-  const float plancher = float(4 * t.energies[0] / (2.0 * double(tl) * th));
+  const float plancher = float(4 * t.energies[size_t(kCyclesMin)] / (2.0 * double(tl) * th));
   for (int r = 0; r < th; ++r) {
     const int ky = r < th / 2 ? r : r - th;
     const float* ligne = s.p.data() + size_t(r) * size_t(colonnes);
@@ -391,8 +389,8 @@ void AnalyserTuile(Tuile& t, double pMin) {
     // along the radius it is gone. A band of dark across the tile (the
     // graduations' feet seen from the side) makes broad lobes.
     const double ux = fx / rho, uy = fy / rho;
-    const double cote = std::max(s.at(int(std::lround(fx + 3 * ux)), int(std::lround(fy + 3 * uy))),
-                                 s.at(int(std::lround(fx - 3 * ux)), int(std::lround(fy - 3 * uy))));
+    const double cote = std::max(s.at(Arrondi(fx + 3 * ux), Arrondi(fy + 3 * uy)),
+                                 s.at(Arrondi(fx - 3 * ux), Arrondi(fy - 3 * uy)));
     if (s.max3(fx, fy) < 4 * cote) continue;
     const double fraction = t.Fraction(fx, fy);
     if (fraction > t.fraction) {
@@ -453,16 +451,13 @@ Niveau AnalyserNiveau(Plan plan, double pMin) {
       Tuile t;
       t.x = x;
       t.y = y;
-      double somme = 0;
-      for (int j = 0; j < th; ++j) {
-        const float* e = n.plan.ligne(y + j) + x;
-        for (int i = 0; i < tl; ++i) somme += e[i];
-      }
-      const float moyenne = float(somme / (double(tl) * th));
+      // The tile's mean level is left in: under the Hann window it falls in
+      // the bins next to 0, which no peak is looked for in.
       for (int j = 0; j < th; ++j) {
         const float* e = n.plan.ligne(y + j) + x;
         float* d = entree.p + size_t(j) * size_t(tl);
-        for (int i = 0; i < tl; ++i) d[i] = (e[i] - moyenne) * wx[size_t(i)] * wy[size_t(j)];
+        const float wj = wy[size_t(j)];
+        for (int i = 0; i < tl; ++i) d[i] = e[i] * wx[size_t(i)] * wj;
       }
       fftwf_execute_dft_r2c(fft, entree.p, sortie.p);
       t.spectre.tl = tl;
@@ -496,6 +491,24 @@ struct Masque {  // the region, in pixels of the level it was chosen on
   int l = 0, h = 0, f = 1;
   std::vector<uint8_t> m;
   std::vector<std::pair<double, double>> coins;  // of its tiles, photo pixels
+  std::vector<std::vector<std::pair<int, int>>> plages;  // each row's runs [debut, fin)
+  double pixels = 0;
+  void Parcourir() {
+    plages.assign(size_t(h), {});
+    pixels = 0;
+    for (int j = 0; j < h; ++j) {
+      const uint8_t* ligne = m.data() + size_t(j) * size_t(l);
+      for (int i = 0; i < l;) {
+        while (i < l && !ligne[i]) ++i;
+        const int debut = i;
+        while (i < l && ligne[i]) ++i;
+        if (debut < i) {
+          plages[size_t(j)].emplace_back(debut, i);
+          pixels += i - debut;
+        }
+      }
+    }
+  }
 };
 
 // A profile across the graduations.
@@ -539,7 +552,7 @@ Passe Projeter(const Source& src, const Masque& masque, double a, double hauteur
   r.smin = smin - 2 * f;
   r.nb = int((smax - r.smin) / f) + 4;
   r.tmin = tmin - 1;
-  r.hb = std::max(hauteurBande, (tmax - tmin + 2) / 256);
+  r.hb = std::max(hauteurBande, (tmax - tmin + 2) / 128);
   r.ns = int((tmax - r.tmin) / r.hb) + 1;
   r.S.assign(size_t(r.nb) * size_t(r.ns), 0.0f);
   r.W.assign(size_t(r.nb) * size_t(r.ns), 0.0f);
@@ -547,9 +560,7 @@ Passe Projeter(const Source& src, const Masque& masque, double a, double hauteur
   const int rapport = masque.f / src.f;  // source pixels per mask pixel
   // A million pixels at most: beyond, every n-th row (or column) along
   // the graduations, which keeps every position across them.
-  double pixels = 0;
-  for (uint8_t m : masque.m) pixels += m;
-  pixels *= double(rapport) * rapport;
+  const double pixels = masque.pixels * rapport * rapport;
   const int saut = std::clamp(int(std::ceil(pixels / 1e6)), 1, std::max(1, int(r.hb / (4 * f))));
   const bool sautLignes = std::abs(c) >= std::abs(sn);
   const int pasJ = sautLignes ? saut : 1, pasI = sautLignes ? 1 : saut;
@@ -576,14 +587,8 @@ Passe Projeter(const Source& src, const Masque& masque, double a, double hauteur
   for (int j = 0; j < src.h; j += pasJ) {
     const int mj = j / rapport;
     if (mj >= masque.h) break;
-    const uint8_t* mligne = masque.m.data() + size_t(mj) * size_t(masque.l);
-    int mi = 0;
-    while (mi < masque.l) {
-      while (mi < masque.l && !mligne[mi]) ++mi;
-      const int debut = mi;
-      while (mi < masque.l && mligne[mi]) ++mi;
-      if (debut >= mi) break;
-      const int i0 = debut * rapport, i1 = std::min(src.l, mi * rapport);
+    for (const auto& [debut, fin] : masque.plages[size_t(mj)]) {
+      const int i0 = debut * rapport, i1 = std::min(src.l, fin * rapport);
       if (src.plan != nullptr) {
         traiterLigne(j, i0, i1, src.plan->ligne(j));
         continue;
@@ -825,8 +830,9 @@ Profil ProfilTotal(const Passe& r, const Inclinaison& inc, double pBins) {
     const double decalage = std::tan(inc.correction) * (r.t(k) - inc.tc) / r.pas;
     Bande(r, k, decalage, s, w);
     const uint8_t* pleins = r.pleins.data() + size_t(k) * size_t(r.nb);
+    const int entier = Arrondi(decalage);
     for (int b = 0; b < r.nb; ++b) {
-      const int source = b + int(std::lround(decalage));
+      const int source = b + entier;
       if (source < 0 || source >= r.nb || !pleins[source]) continue;
       S[size_t(b)] += s[size_t(b)];
       W[size_t(b)] += w[size_t(b)];
@@ -852,7 +858,7 @@ double SectionDoree(const std::function<double(double)>& g, double a, double b) 
   const double r = (std::sqrt(5.0) - 1) / 2;
   double c = b - r * (b - a), d = a + r * (b - a);
   double gc = g(c), gd = g(d);
-  for (int i = 0; i < 40 && b - a > 1e-8 * (std::abs(a) + std::abs(b)); ++i) {
+  for (int i = 0; i < 40 && b - a > 1e-7 * (std::abs(a) + std::abs(b)); ++i) {
     if (gc > gd) {
       b = d;
       d = c;
@@ -877,9 +883,9 @@ struct Spectral {
 };
 
 // The frequency of the ruling in the profile near fc (cycles per bin): the
-// peak of a zero-padded spectrum, then the maximum of the harmonics' summed
-// power.
-Spectral FrequenceProfil(const Profil& p, double fc) {
+// peak of a zero-padded spectrum, then the maximum of the summed power of
+// its first harmonics (6 at most, fewer while the direction is being found).
+Spectral FrequenceProfil(const Profil& p, double fc, int harmoniquesMax = 6) {
   Spectral r;
   const int n = p.b1 - p.b0;
   if (n < 16) return r;
@@ -900,7 +906,7 @@ Spectral FrequenceProfil(const Profil& p, double fc) {
   for (int b = p.b0; b < p.b1; ++b) entree.p[b - p.b0] = float(x[size_t(b)]);
   fftwf_execute_dft_r2c(PlanFFT(N, 0), entree.p, sortie.p);
   auto P = [&](double f) {
-    const int k = int(std::lround(f * N));
+    const int k = Arrondi(f * N);
     if (k < 0 || k > N / 2) return 0.0;
     return double(sortie.p[k][0]) * sortie.p[k][0] + double(sortie.p[k][1]) * sortie.p[k][1];
   };
@@ -918,7 +924,7 @@ Spectral FrequenceProfil(const Profil& p, double fc) {
   double F = double(kBest) / N;
   const double lobe = 2.0 / n;  // Hann main lobe, cycles per bin
   // Harmonics added one by one, each search within the lobe of the last.
-  const int K = std::max(1, std::min(6, int(0.45 / F)));
+  const int K = std::max(1, std::min(harmoniquesMax, int(0.45 / F)));
   double f = SectionDoree([&](double g) { return Harmoniques(x, p.b0, p.b1, g, 1); }, F - lobe / 2, F + lobe / 2);
   for (int k : {2, 4, K}) {
     if (k > K) break;
@@ -1258,6 +1264,28 @@ double Polarite(const Passe& r, const std::vector<bool>& bandes) {
   return somme / nombre > autres[autres.size() / 2] ? 1 : -1;
 }
 
+// A lattice at period q (bins) stands out in the profile's spectrum: its
+// fundamental at least 3 times the median amplitude between half and one and
+// a half times its frequency. Most guesses fail this, and the graduations
+// need not be looked for one by one.
+bool Saillant(const Profil& p, double q) {
+  const int n = p.b1 - p.b0;
+  if (n < 2 * q) return false;
+  auto amplitude = [&](double f) {
+    Complexe z = 0;
+    const Complexe pas = std::polar(1.0, -2 * kPi * f), pasH = std::polar(1.0, 2 * kPi / n);
+    Complexe ph = std::polar(1.0, -2 * kPi * f * p.b0), h = std::polar(1.0, kPi / n);
+    for (int b = p.b0; b < p.b1; ++b, ph *= pas, h *= pasH) z += (0.5 - 0.5 * h.real()) * p.d[size_t(b)] * ph;
+    return std::abs(z);
+  };
+  const double f0 = 1 / q, pic = amplitude(f0);
+  std::vector<double> autour;
+  for (int k = -8; k <= 8; ++k)
+    if (k != 0 && std::abs(k) > 1) autour.push_back(amplitude(f0 * (1 + k / 16.0)));
+  std::nth_element(autour.begin(), autour.begin() + std::ptrdiff_t(autour.size() / 2), autour.end());
+  return pic >= 3 * autour[autour.size() / 2];
+}
+
 // How alike the graduations of every other place, and of every third, are
 // to all of them: the least correlation of the mean graduation of each class
 // with the mean of all. At a harmonic of the true period one class holds
@@ -1438,6 +1466,7 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
       }
     }
     if (masque.coins.empty()) return std::nullopt;
+    masque.Parcourir();
 
     // The profile from the photo itself, or from the first level when it is
     // halved and the graduations are far enough apart there.
@@ -1455,10 +1484,10 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
       src.l = z.largeur;
       src.h = z.hauteur;
     }
-    // Strips along the graduations one period high (4 to 24 pixels), so that a
-    // direction wrong by 10 degrees still moves a graduation by less than half
-    // a period from one strip to the next, and short graduations still cross
-    // a few. The strips' phases are taken at the period of the
+    // Strips along the graduations half a period high (4 to 12 pixels), so
+    // that a direction wrong by 10 degrees still moves a graduation by less
+    // than half a period from one strip to the next, and graduations as short
+    // as 2 periods still cross a few. The strips' phases are taken at the period of the
     // whole profile, which a small error of direction hardly changes: at a
     // wrong period they would depend on where each strip begins and ends.
     // Where graduations end inside a strip, its centre is not theirs, and the
@@ -1470,17 +1499,20 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
     Spectral spectral;
     Profil profil;
     auto orienter = [&]() {
+      // The strips' median over the period found so far, kept while the
+      // direction is turned: the strips need not be prepared again.
+      const double fenetre = periode;
       for (int tour = 0; tour < 3; ++tour) {
-        passe = Projeter(src, masque, a, std::max(4.0 * src.f, std::min(periode, 24.0 * src.f)));
+        passe = Projeter(src, masque, a, std::max(4.0 * src.f, std::min(periode / 2, 12.0 * src.f)));
         inc = Inclinaison{};
         inc.bandes.assign(size_t(passe.ns), true);
         for (int essai = 0; essai < 6; ++essai) {
           profil = ProfilTotal(passe, inc, periode / src.f);
-          spectral = FrequenceProfil(profil, src.f / periode);
+          spectral = FrequenceProfil(profil, src.f / periode, 2);
           if (!spectral.trouve) return false;
           const double avant = periode;
           periode = src.f / spectral.f;
-          const Inclinaison nouvelle = MesurerInclinaison(passe, periode);
+          const Inclinaison nouvelle = MesurerInclinaison(passe, periode, fenetre);
           if (!nouvelle.valide) return false;
           const double dd = nouvelle.correction - inc.correction;
           inc = nouvelle;
@@ -1520,6 +1552,7 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
       bandes.tc = inc.tc;
       e.bandes = bandes;
       const Profil profil = ProfilTotal(passe, bandes, q);
+      if (!Saillant(profil, q)) return e;
       e.centres = TrouverCentres(profil, q, Polarite(passe, bandes.bandes));
       e.aj = AjusterDroite(e.centres, q);
       if (e.aj.gardes < kGraduationsMin) return e;
