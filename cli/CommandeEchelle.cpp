@@ -55,7 +55,10 @@ int Echelle(const QStringList& arguments) {
   SessionRecord s;
   s.SeparateurDecimal = SeparateurDecimalSysteme();
   cAdvancedImagery ai;
-  if (!ChargerBitmap(s, ai, chemin)) {
+  // The header and metadata alone where the format allows it (JPEG, HEIF,
+  // RAW): the scale needs no pixels, and a camera RAW's decoding takes seconds.
+  QSize taille;
+  if (!ChargerEntete(s, ai, chemin, taille)) {
     Erreur(ai.Error_GetLast());
     return 3;
   }
@@ -63,7 +66,7 @@ int Echelle(const QStringList& arguments) {
     Erreur(ai.Incomplet() + QStringLiteral(" Son échelle n'est pas lue."));
     return 3;
   }
-  dialogues.messages << RemplirSession(s, ai, chemin);
+  dialogues.messages << RemplirSession(s, ai, chemin, taille);
   LireMetadonneesImage(s);
   ai.IO_DestroyBitmap(s.ImageCourante);
   for (const QString& m : dialogues.messages) Erreur(m);
