@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QTransform>
 #include <memory>
 #include <vector>
 
@@ -77,12 +78,93 @@ void AttacherExif(const heif_image_handle* h, const QString& chemin, FIBITMAP* d
   AttacherExifTIFF(octets.mid(4 + qsizetype(decalage)), chemin, dib);
 }
 
-// The picture decoded to 8-bit interleaved RGB or RGBA, turned.
+// ---- The rotation and mirror of an item, read from the file. libheif 1.15
+// cannot mirror a picture of more than 8 bits per channel: such a picture is
+// decoded untransformed, brought to 8 bits, then turned here. A crop (clap)
+// is then left out; phones write none.
+
+// A transformation in the order the file lists them: 'r' a number of quarter
+// turns counter-clockwise, 'm' a mirror: 0 top and bottom swap, 1 left and
+// right, as the amended standard, phones and libheif read imir's bit.
+struct Transformation {
+  char type;
+  int valeur;
+};
+
+struct BoiteBmff {
+  QByteArray type;
+  qsizetype donnees = 0, fin = 0;
+};
+
+uint32_t Be(const QByteArray& o, qsizetype p, int n) {
+  uint32_t v = 0;
+  if (p < 0 || p + n > o.size()) return 0;
+  for (int i = 0; i < n; ++i) v = v << 8 | uint8_t(o[p + i]);
+  return v;
+}
+
+std::vector<BoiteBmff> Enfants(const QByteArray& o, qsizetype debut, qsizetype fin) {
+  std::vector<BoiteBmff> r;
+  for (qsizetype p = debut; p + 8 <= fin && r.size() < 4096;) {
+    const uint32_t taille = Be(o, p, 4);
+    if (taille < 8 || taille > uint64_t(fin - p)) break;  // 64-bit and open-ended boxes end the walk
+    r.push_back({o.mid(p + 4, 4), p + 8, p + qsizetype(taille)});
+    p += qsizetype(taille);
+  }
+  return r;
+}
+
+std::vector<Transformation> Transformations(const QByteArray& o, uint32_t article) {
+  std::vector<Transformation> r;
+  for (const BoiteBmff& meta : Enfants(o, 0, o.size())) {
+    if (meta.type != "meta") continue;
+    for (const BoiteBmff& iprp : Enfants(o, meta.donnees + 4, meta.fin)) {
+      if (iprp.type != "iprp") continue;
+      std::vector<BoiteBmff> proprietes;
+      for (const BoiteBmff& b : Enfants(o, iprp.donnees, iprp.fin))
+        if (b.type == "ipco") proprietes = Enfants(o, b.donnees, b.fin);
+      for (const BoiteBmff& ipma : Enfants(o, iprp.donnees, iprp.fin)) {
+        if (ipma.type != "ipma") continue;
+        const uint32_t version = Be(o, ipma.donnees, 1), drapeaux = Be(o, ipma.donnees + 1, 3);
+        const uint32_t nombre = Be(o, ipma.donnees + 4, 4);
+        qsizetype p = ipma.donnees + 8;
+        for (uint32_t i = 0; i < nombre && p < ipma.fin; ++i) {
+          const uint32_t id = Be(o, p, version < 1 ? 2 : 4);
+          p += version < 1 ? 2 : 4;
+          const uint32_t associations = Be(o, p, 1);
+          ++p;
+          for (uint32_t a = 0; a < associations && p < ipma.fin; ++a) {
+            const int n = (drapeaux & 1) ? 2 : 1;
+            const uint32_t index = Be(o, p, n) & ((drapeaux & 1) ? 0x7FFF : 0x7F);
+            p += n;
+            if (id != article || index == 0 || index > proprietes.size()) continue;
+            const BoiteBmff& b = proprietes[index - 1];
+            if (b.type == "irot") r.push_back({'r', int(Be(o, b.donnees, 1) & 3)});
+            if (b.type == "imir") r.push_back({'m', int(Be(o, b.donnees, 1) & 1)});
+          }
+        }
+      }
+    }
+  }
+  return r;
+}
+
+QByteArray Octets(const QString& chemin) {
+  QFile f(chemin);
+  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// More than 8 bits a channel: the picture comes untransformed (see above).
+bool SansTransformations(const heif_image_handle* h) { return heif_image_handle_get_luma_bits_per_pixel(h) > 8; }
+
+// The picture decoded to 8-bit interleaved RGB or RGBA, turned unless the
+// picture has more than 8 bits a channel.
 Image Decoder(const heif_image_handle* h, heif_error& e) {
   const bool alpha = heif_image_handle_has_alpha_channel(h) != 0;
   std::unique_ptr<heif_decoding_options, void (*)(heif_decoding_options*)> options(heif_decoding_options_alloc(),
                                                                                    heif_decoding_options_free);
   options->convert_hdr_to_8bit = 1;
+  options->ignore_transformations = SansTransformations(h) ? 1 : 0;
   heif_image* image = nullptr;
   e = heif_decode_image(h, &image, heif_colorspace_RGB,
                         alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
@@ -145,6 +227,22 @@ FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels) {
     }
   }
   image.reset();  // the decoded copy goes at once: only the bitmap stays
+  if (SansTransformations(o.primaire.get())) {
+    heif_item_id id = 0;
+    heif_context_get_primary_image_ID(o.contexte.get(), &id);
+    // FreeImage turns counter-clockwise; its flips are as shown (rows stored bottom-up).
+    for (const Transformation& t : Transformations(Octets(chemin), id)) {
+      if (t.type == 'm') {
+        if (t.valeur == 1) FreeImage_FlipHorizontal(dib);
+        else FreeImage_FlipVertical(dib);
+      } else if (t.valeur != 0) {
+        FIBITMAP* tourne = FreeImage_Rotate(dib, 90.0 * t.valeur);
+        if (tourne == nullptr) continue;
+        FreeImage_Unload(dib);
+        dib = tourne;
+      }
+    }
+  }
   AttacherExif(o.primaire.get(), chemin, dib);
   return dib;
 }
@@ -154,15 +252,19 @@ QImage VignetteHEIF(const QString& chemin, int cote, QString& erreur) {
   Ouvert o;
   if (!Ouvrir(chemin, o, erreur)) return {};
   Poignee vignette(nullptr, heif_image_handle_release);
-  heif_item_id id = 0;
-  if (heif_image_handle_get_list_of_thumbnail_IDs(o.primaire.get(), &id, 1) > 0) {
+  heif_item_id id_vignette = 0;
+  if (heif_image_handle_get_list_of_thumbnail_IDs(o.primaire.get(), &id_vignette, 1) > 0) {
     heif_image_handle* h = nullptr;
-    if (heif_image_handle_get_thumbnail(o.primaire.get(), id, &h).code == heif_error_Ok) vignette.reset(h);
+    if (heif_image_handle_get_thumbnail(o.primaire.get(), id_vignette, &h).code == heif_error_Ok) vignette.reset(h);
   }
   const heif_image_handle* source = vignette ? vignette.get() : o.primaire.get();
   heif_error e{};
   Image image = Decoder(source, e);
-  if (!image && vignette) image = Decoder(o.primaire.get(), e);  // a damaged thumbnail: the picture itself
+  if (!image && vignette) {  // a damaged thumbnail: the picture itself
+    vignette.reset();
+    source = o.primaire.get();
+    image = Decoder(source, e);
+  }
   if (!image) {
     erreur = Abime(QFileInfo(chemin).fileName(), e);
     return {};
@@ -180,6 +282,13 @@ QImage VignetteHEIF(const QString& chemin, int cote, QString& erreur) {
   QImage resultat = vue.width() > cote || vue.height() > cote
                         ? vue.scaled(cote, cote, Qt::KeepAspectRatio, Qt::SmoothTransformation)
                         : vue.copy();
+  if (SansTransformations(source)) {
+    heif_item_id id = id_vignette;
+    if (!vignette) heif_context_get_primary_image_ID(o.contexte.get(), &id);
+    for (const Transformation& t : Transformations(Octets(chemin), id))
+      resultat = t.type == 'm' ? resultat.mirrored(t.valeur == 1, t.valeur == 0)
+                               : resultat.transformed(QTransform().rotate(-90.0 * t.valeur));
+  }
   return resultat.convertToFormat(QImage::Format_RGB32);
 }
 
