@@ -129,7 +129,11 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
   picImage_->setFixedSize(image_.isNull() ? QSize(s_.LargeurMesure, s_.HauteurMesure) : image_.size());
   picImage_->setCursor(Qt::CrossCursor);
   picCadre_->setFixedSize(picImage_->size());
-  racine->addWidget(picCadre_, 0, Qt::AlignTop);
+  // The picture, and under it the automatic calibration, where the window
+  // has room without growing.
+  auto* gauche = new QVBoxLayout;
+  gauche->addWidget(picCadre_, 0, Qt::AlignTop | Qt::AlignLeft);
+  racine->addLayout(gauche);
 
   picLoupe_ = new ZoneLoupe(this, picImage_);
   picLoupe_->setObjectName(QStringLiteral("picLoupe"));
@@ -248,6 +252,7 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
   {
     auto* v = new QVBoxLayout(fraEtalonnageAuto_);
     auto* h = new QHBoxLayout;
+    v->addLayout(h);
     h->addWidget(new QLabel(QStringLiteral("Une division :"), fraEtalonnageAuto_));
     combDivision_ = new QComboBox(fraEtalonnageAuto_);
     combDivision_->setObjectName(QStringLiteral("combDivision"));
@@ -257,26 +262,23 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
     combDivision_->setCurrentIndex(0);
     h->addWidget(combDivision_);
     h->addWidget(new QLabel(QStringLiteral("µm"), fraEtalonnageAuto_));
-    v->addLayout(h);
     chkZoneReglette_ = new QCheckBox(QStringLiteral("Rectangle autour de la réglette"), fraEtalonnageAuto_);
     chkZoneReglette_->setObjectName(QStringLiteral("chkZoneReglette"));
-    v->addWidget(chkZoneReglette_);
+    h->addWidget(chkZoneReglette_);
     auto* auto_ = Bouton("cmdEtalonnageAuto", QStringLiteral("Étalonnage automatique"), fraEtalonnageAuto_);
-    v->addWidget(auto_);
+    h->addWidget(auto_);
+    h->addStretch();
     picReglette_ = new QFrame(fraEtalonnageAuto_);
     picReglette_->setObjectName(QStringLiteral("picReglette"));
-    auto* r = new QVBoxLayout(picReglette_);
+    auto* r = new QHBoxLayout(picReglette_);
     r->setContentsMargins(0, 0, 0, 0);
     lblReglette_ = new QLabel(picReglette_);
     lblReglette_->setObjectName(QStringLiteral("lblReglette"));
-    lblReglette_->setWordWrap(true);
-    r->addWidget(lblReglette_);
-    auto* b = new QHBoxLayout;
+    r->addWidget(lblReglette_, 1);
     auto* accepter = Bouton("cmdAccepterReglette", QStringLiteral("Accepter"), picReglette_);
     auto* deuxPoints = Bouton("cmdDeuxPointsReglette", QStringLiteral("Pointer deux graduations"), picReglette_);
-    b->addWidget(accepter);
-    b->addWidget(deuxPoints);
-    r->addLayout(b);
+    r->addWidget(accepter, 0, Qt::AlignBottom);
+    r->addWidget(deuxPoints, 0, Qt::AlignBottom);
     v->addWidget(picReglette_);
     picReglette_->hide();
     connect(auto_, &QPushButton::clicked, this, [this] { cmdEtalonnageAuto(); });
@@ -297,7 +299,8 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
       picImage_->update();
     });
   }
-  col->addWidget(fraEtalonnageAuto_);
+  gauche->addWidget(fraEtalonnageAuto_);
+  gauche->addStretch();
 
   picCreerTable_ = new QFrame(this);
   picCreerTable_->setObjectName(QStringLiteral("picCreerTable"));

@@ -240,6 +240,20 @@ TEST_F(EtalonnageAuto, RetourAuxDeuxPoints) {
   EXPECT_FALSE(C("picReglette")->isVisibleTo(w));
 }
 
+// Under the picture, where the window has room: the window still fits a
+// screen 600 pixels high with the usual 640 x 480 picture.
+TEST_F(EtalonnageAuto, TientDansSixCentsPixelsDeHaut) {
+  DessinReglette d;
+  d.largeur = 2272;
+  d.hauteur = 1704;
+  Ouvrir(test::Dessiner(d));
+  ASSERT_EQ(Image()->height(), 480);
+  Lancer();
+  ASSERT_TRUE(C("picReglette")->isVisibleTo(w));
+  EXPECT_LE(w->sizeHint().height(), 600);
+  EXPECT_LE(w->minimumSizeHint().height(), 600);
+}
+
 // Only the calibration mode has it.
 TEST_F(EtalonnageAuto, CacheHorsEtalonnage) {
   DessinReglette d;
