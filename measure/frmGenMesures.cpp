@@ -166,7 +166,7 @@ frmGenMesures* frmGenMesures::Afficher(SessionRecord& session, std::optional<Don
   // From a calibration: beside the picture of the stage micrometer.
   AjusterAEcran(f);
   if (depuisEtalon && parent && parent->window()->objectName() == u"frmMesure")
-    PlacerACoteDe(f, parent->window()->findChild<QWidget*>(QStringLiteral("picImage")));
+    PlacerACoteDe(f, parent->window()->findChild<QWidget*>(QStringLiteral("picImage")), {parent->window()});
   f->show();
   return f;
 }

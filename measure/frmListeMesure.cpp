@@ -159,7 +159,8 @@ frmListeMesure* frmListeMesure::Afficher(SessionRecord& session, cAdvancedImager
   if (image && ZoneEcran(f).width() - PartieVisible(image).width() < voulue.width() + 10)
     voulue = f->minimumSizeHint().expandedTo(QSize(560, 440));
   AjusterAEcran(f, voulue);
-  if (image) PlacerACoteDe(f, image);
+  // Clear of the measuring window's controls too, where the screen leaves room.
+  if (image) PlacerACoteDe(f, image, {image->window()});
   f->show();
   return f;
 }

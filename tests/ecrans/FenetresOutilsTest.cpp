@@ -39,13 +39,19 @@ qint64 Aire(const QRect& r) { return r.isEmpty() ? 0 : qint64(r.width()) * r.hei
 void VerifierACote(const QWidget* outil, const QWidget* image) {
   ASSERT_TRUE(outil && image);
   QApplication::processEvents();
-  const QRect cible = Visible(image), cadre = outil->frameGeometry();
   const QRect zone = outil->screen()->availableGeometry();
-  const bool place = zone.right() - cible.right() >= cadre.width() || cible.left() - zone.left() >= cadre.width() ||
-                     zone.bottom() - cible.bottom() >= cadre.height() || cible.top() - zone.top() >= cadre.height();
+  const QRect cible = (image->isWindow() ? image->frameGeometry() : Visible(image)) & zone;
+  const QRect cadre = outil->frameGeometry();
+  // Before a window is shown its frame is not known: the program allows for
+  // a title bar of 30 pixels, where the offscreen platform draws 2.
+  const QSize t = cadre.size() + QSize(8, 34);
+  const bool place = zone.right() - cible.right() >= t.width() || cible.left() - zone.left() >= t.width() ||
+                     zone.bottom() - cible.bottom() >= t.height() || cible.top() - zone.top() >= t.height();
   const qint64 couvert = Aire(cible & cadre);
   if (place)
-    EXPECT_EQ(couvert, 0) << outil->objectName().toStdString() << " couvre l'image alors que l'écran a de la place";
+    EXPECT_EQ(couvert, 0) << outil->objectName().toStdString() << " couvre l'image alors que l'écran a de la place : "
+                          << cible.x() << "," << cible.y() << " " << cible.width() << "x" << cible.height() << " et "
+                          << cadre.x() << "," << cadre.y() << " " << cadre.width() << "x" << cadre.height();
   else
     EXPECT_LE(couvert * 3, Aire(cible) * 2) << outil->objectName().toStdString() << " couvre presque toute l'image "
                                             << cible.width() << "x" << cible.height() << " : " << cadre.x() << ","
@@ -114,6 +120,7 @@ TEST_F(FenetresOutils, EtalonnageEtCreationDeTable) {
   QWidget* g = Fenetre("frmGenMesures");
   VerifierFenetre(g, {"cmdQuitter"});
   VerifierACote(g, image);
+  VerifierACote(g, m);
 }
 
 TEST_F(FenetresOutils, FiltresACoteDeLImage) {
@@ -150,6 +157,8 @@ TEST_F(FenetresOutils, MesureEtCarnet) {
   QWidget* carnet = Fenetre("frmListeMesure");
   VerifierFenetre(carnet);
   VerifierACote(carnet, m->findChild<QWidget*>("picImage"));
+  // With room beside the whole measuring window, its controls stay in view too.
+  VerifierACote(carnet, m);
 }
 
 TEST_F(FenetresOutils, FenetresDuCartoucheEtEnregistrement) {
