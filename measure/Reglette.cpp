@@ -1605,7 +1605,9 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
     // places its peak; close ones are too few pixels wide for that.
     const bool parCentres = pSpectral * src.f >= 12;
     r.periode = (parCentres ? aj.pente : pSpectral) * src.f;
-    r.incertitude = std::max(aj.erreurPente, parCentres ? 0.0 : std::abs(aj.pente - pSpectral) / 2) * src.f;
+    // The fit's standard error, or half the gap between the two ways when it
+    // is wider: blur and the pixels' grid move the two differently.
+    r.incertitude = std::max(aj.erreurPente, std::abs(aj.pente - pSpectral) / 2) * src.f;
     double deg = std::fmod(-aFinal * 180 / kPi, 180.0);
     if (deg <= -90) deg += 180;
     if (deg > 90) deg -= 180;
