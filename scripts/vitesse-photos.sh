@@ -2,7 +2,7 @@
 # formater's speed and peak memory on a phone photo and a camera RAW file:
 # a 12 MP HEIC (4000 x 3000, made by heif-enc from the generated photo) and
 # a 24 MP DNG (6016 x 4016 Bayer mosaic of 16-bit samples, EXIF size 6000 x
-# 4000, written by the script as the DNG specification lays it out). Each is
+# 4000, written by the script in the layout of the DNG format). Each is
 # formatted to 800 x 600 with a cartouche, by the direct road (HEIC decoded
 # once, RAW at half size) and by --exact (whole decode); medians of TOURS
 # alternating runs, peak memory by /usr/bin/time -f %M.

@@ -1,7 +1,7 @@
 #pragma once
 // Phone and camera files made by the tests: HEIC and AVIF through libheif's
 // encoder side (x265 and aom, as Debian builds it), with an EXIF block and a
-// rotation; DNG written byte by byte as the DNG specification lays it out (a
+// rotation; DNG written byte by byte in the layout of the DNG format (a
 // Bayer mosaic of 16-bit samples, colour matrix, white balance as shot,
 // default crop, orientation, EXIF directory) for LibRaw to demosaic.
 //
