@@ -94,6 +94,26 @@ int Lister(const QStringList& options) {
   return 0;
 }
 
+// The table of `champs` checked as the creation dialog checks it, then added
+// to the store. 0 with its number in `numero`, else 3 after saying why.
+int AjouterChamps(ChampsTable& champs, bool zoom, const QString& sep, EnrMesure& enr, int& numero) {
+  if (const auto refus = ValiderSaisie(champs, ModeSaisie::Creation, zoom, sep, enr)) {
+    Ligne(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
+    return 3;
+  }
+  FichierMesure f;
+  int nbEnreg = 0;
+  if (f.Ouvrir()) nbEnreg = f.LireEntete();
+  if (!f.EstOuvert() || !AjouterTable(f, nbEnreg, enr)) {
+    Ligne(QStringLiteral("Erreur non déterminée ...\n") +
+              TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
+          stderr);
+    return 3;
+  }
+  numero = nbEnreg - 1;
+  return 0;
+}
+
 int Ajouter(const QStringList& options) {
   static const std::map<QString, int> kChamps = {{"--modele", 0}, {"--largpix", 1}, {"--micro", 2},
                                                  {"--config", 3}, {"--obj", 4},     {"--pix", 5},
@@ -110,22 +130,10 @@ int Ajouter(const QStringList& options) {
     if (it->second == 7) zoom = true;
   }
   EnrMesure enr;
-  if (const auto refus =
-          ValiderSaisie(champs, ModeSaisie::Creation, zoom, SeparateurDecimalSysteme(), enr)) {
-    Ligne(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
-    return 3;
-  }
-  FichierMesure f;
-  int nbEnreg = 0;
-  if (f.Ouvrir()) nbEnreg = f.LireEntete();
-  if (!f.EstOuvert() || !AjouterTable(f, nbEnreg, enr)) {
-    Ligne(QStringLiteral("Erreur non déterminée ...\n") +
-               TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
-           stderr);
-    return 3;
-  }
+  int numero = 0;
+  if (const int code = AjouterChamps(champs, zoom, SeparateurDecimalSysteme(), enr, numero)) return code;
   Ligne(QStringLiteral("OK, cette configuration à été ajoutée !"), stdout);
-  Ligne(TexteTable(nbEnreg - 1, enr, SeparateurDecimalSysteme()), stdout);
+  Ligne(TexteTable(numero, enr, SeparateurDecimalSysteme()), stdout);
   return 0;
 }
 
@@ -285,20 +293,7 @@ int Etalonner(const QStringList& options) {
     if (s.FocaleAPN > 0) champs[7] = TexteReel(s.FocaleAPN, sep);
     for (const auto& [k, v] : donnes) champs[size_t(k)] = v;
     const bool zoom = !champs[7].isEmpty();
-    if (const auto refus = ValiderSaisie(champs, ModeSaisie::Creation, zoom, sep, enr)) {
-      Ligne(refus->titre.trimmed() + QStringLiteral(" : ") + refus->texte, stderr);
-      return 3;
-    }
-    FichierMesure f;
-    int nbEnreg = 0;
-    if (f.Ouvrir()) nbEnreg = f.LireEntete();
-    if (!f.EstOuvert() || !AjouterTable(f, nbEnreg, enr)) {
-      Ligne(QStringLiteral("Erreur non déterminée ...\n") +
-                TexteErreur(f.Erreur().numero, f.Erreur().texte, "tables", "tessellographe-cli"),
-            stderr);
-      return 3;
-    }
-    numero = nbEnreg - 1;
+    if (const int code = AjouterChamps(champs, zoom, sep, enr, numero)) return code;
   }
 
   if (json) {

@@ -4,36 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
-namespace {
-
-class DossiersParTest : public testing::EmptyTestEventListener {
-  std::unique_ptr<QTemporaryDir> dossier_;
-
-  void OnTestStart(const testing::TestInfo&) override {
-    dossier_ = std::make_unique<QTemporaryDir>();
-    const QString racine = dossier_->path();
-    QDir().mkpath(racine + "/app");
-    QDir().mkpath(racine + "/home/Documents");
-    qputenv("TESSELLOGRAPHE_HOME", (racine + "/app").toUtf8());
-    qputenv("HOME", (racine + "/home").toUtf8());
-    qputenv("XDG_CONFIG_HOME", (racine + "/home/.config").toUtf8());
-    qputenv("XDG_DATA_HOME", (racine + "/home/.local/share").toUtf8());
-    QDir::setCurrent(racine);
-  }
-  void OnTestEnd(const testing::TestInfo&) override {
-    QDir::setCurrent(QDir::tempPath());
-    dossier_.reset();
-  }
-};
-
-}  // namespace
+#include "tests/support/DossiersParTest.h"
 
 int main(int argc, char** argv) {
   int largeur = 800, hauteur = 600;
@@ -64,6 +40,6 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + fichier).toUtf8());
   QApplication app(argc, argv);
   testing::InitGoogleTest(&argc, argv);
-  testing::UnitTest::GetInstance()->listeners().Append(new DossiersParTest);
+  testing::UnitTest::GetInstance()->listeners().Append(new tg::test::DossiersParTest);
   return RUN_ALL_TESTS();
 }

@@ -17,24 +17,12 @@
 
 #include "platform/Dialogues.h"
 #include "platform/MsgBoxEx.h"
+#include "tests/support/QuandAffiche.h"
 
 namespace tg {
 namespace {
 
-// Runs `action` on the modal dialog as soon as it is shown: the user's part.
-template <typename Boite>
-void QuandAffiche(std::function<void(Boite*)> action) {
-  auto* t = new QTimer;
-  t->setInterval(10);
-  QObject::connect(t, &QTimer::timeout, [t, action] {
-    auto* b = qobject_cast<Boite*>(QApplication::activeModalWidget());
-    if (b == nullptr || !b->isVisible()) return;
-    t->stop();
-    t->deleteLater();
-    action(b);
-  });
-  t->start();
-}
+using test::QuandAffiche;
 
 void Touche(QWidget* w, int touche) {
   QKeyEvent appui(QEvent::KeyPress, touche, Qt::NoModifier);

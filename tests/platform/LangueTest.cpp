@@ -17,25 +17,12 @@
 
 #include "platform/Dialogues.h"
 #include "platform/Langue.h"
+#include "tests/support/QuandAffiche.h"
 
 namespace tg {
 namespace {
 
-// Gives the watching timer; it goes once it has acted.
-template <typename Boite>
-QTimer* QuandAffiche(std::function<void(Boite*)> action) {
-  auto* t = new QTimer;
-  t->setInterval(10);
-  QObject::connect(t, &QTimer::timeout, [t, action] {
-    auto* b = qobject_cast<Boite*>(QApplication::activeModalWidget());
-    if (b == nullptr || !b->isVisible()) return;
-    t->stop();
-    t->deleteLater();
-    action(b);
-  });
-  t->start();
-  return t;
-}
+using test::QuandAffiche;
 
 QStringList TextesBoutons(QWidget* w) {
   QStringList textes;
