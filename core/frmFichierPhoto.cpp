@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCoreApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QFrame>
@@ -661,7 +662,9 @@ void frmFichierPhoto::AppliquerZoom() {
         QImage entiere;
         ai.Convert_ImageToPicture(*copie, entiere);
         QMetaObject::invokeMethod(
-            qApp, [moi, generation, entiere] {
+            // Not qApp's downcast: the application may be in its destructor,
+            // waiting for this pool.
+            QCoreApplication::instance(), [moi, generation, entiere] {
               if (!moi) return;
               moi->conversionEnCours_ = false;
               if (moi->generationAffichage_ != generation || !moi->affichageReduit_ || entiere.isNull()) return;

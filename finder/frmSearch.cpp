@@ -1,6 +1,7 @@
 #include "finder/frmSearch.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -285,7 +286,9 @@ void frmSearch::cmdActualiserList() {
     ResultatParcours r;
     ParcourirDossier(dossier, motif, sous, *arret, r, passe);
     QMetaObject::invokeMethod(
-        qApp, [moi, arret, r] {
+        // Not qApp's downcast: the application may be in its destructor,
+        // waiting for this pool.
+        QCoreApplication::instance(), [moi, arret, r] {
           // Dropped when the window went or a newer walk replaced this one.
           if (moi && moi->arret_ == arret) moi->FinParcours(r);
         },
@@ -324,7 +327,9 @@ void frmSearch::AfficherSelection() {
   QThreadPool::globalInstance()->start([=] {
     const Selection r = Preparer(chemin);
     QMetaObject::invokeMethod(
-        qApp, [moi, generation, r] {
+        // Not qApp's downcast: the application may be in its destructor,
+        // waiting for this pool.
+        QCoreApplication::instance(), [moi, generation, r] {
           if (!moi || moi->generationSelection_ != generation) return;
           if (!r.erreur.isEmpty()) {
             // The file cannot be read: its message in the facts, the list usable.
