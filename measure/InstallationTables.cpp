@@ -9,6 +9,7 @@
 #include "measure/frmGenMesures.h"
 #include "measure/frmGestionTables.h"
 #include "measure/frmMesure.h"
+#include "platform/Ecran.h"
 
 namespace tg {
 
@@ -47,6 +48,7 @@ void InstallerTablesMesure(frmFichierPhoto& fenetre) {
     if (!f) return;
     frmFichierPhoto::FermerFenetres(QStringLiteral("frmMesure"));
     auto* w = new frmMesure(f->Session(), f->Imagerie(), f);
+    AjusterAEcran(w);
     w->show();
     f->FenetreOuverte(w);
   });

@@ -24,6 +24,7 @@
 #include "measure/frmGenMesures.h"
 #include "measure/frmListeMesure.h"
 #include "platform/Dialogues.h"
+#include "platform/Ecran.h"
 #include "platform/Nombres.h"
 #include "imaging/Bitmap.h"
 #include "measure/Reglette.h"
@@ -122,7 +123,10 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
   }
 
   auto* racine = new QHBoxLayout(this);
-  picCadre_ = new QWidget(this);
+  // The picture and the automatic calibration scroll together when the
+  // screen is narrower than the picture and the command column.
+  auto* contenuGauche = new QWidget;
+  picCadre_ = new QWidget(contenuGauche);
   picCadre_->setObjectName(QStringLiteral("picCadre"));
   picImage_ = new ZoneImage(this, picCadre_);
   picImage_->setObjectName(QStringLiteral("picImage"));
@@ -131,9 +135,14 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
   picCadre_->setFixedSize(picImage_->size());
   // The picture, and under it the automatic calibration, where the window
   // has room without growing.
-  auto* gauche = new QVBoxLayout;
+  auto* gauche = new QVBoxLayout(contenuGauche);
+  gauche->setContentsMargins(0, 0, 0, 0);
   gauche->addWidget(picCadre_, 0, Qt::AlignTop | Qt::AlignLeft);
-  racine->addLayout(gauche);
+  panneauImage_ = new PanneauDefilant(contenuGauche, this);
+  panneauImage_->setObjectName(QStringLiteral("panneauImage"));
+  // Narrower than the picture, which then scrolls both ways.
+  panneauImage_->setMinimumSize(240, 180);
+  racine->addWidget(panneauImage_, 1);
 
   picLoupe_ = new ZoneLoupe(this, picImage_);
   picLoupe_->setObjectName(QStringLiteral("picLoupe"));
@@ -246,7 +255,7 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
 
   // Automatic calibration (mode 0): the value of one division, an optional
   // rectangle around the ruling, the button; the result and its two answers.
-  fraEtalonnageAuto_ = new QFrame(this);
+  fraEtalonnageAuto_ = new QFrame(contenuGauche);
   fraEtalonnageAuto_->setObjectName(QStringLiteral("fraEtalonnageAuto"));
   fraEtalonnageAuto_->setFrameShape(QFrame::StyledPanel);
   {
@@ -265,15 +274,16 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
     chkZoneReglette_ = new QCheckBox(QStringLiteral("Rectangle autour de la réglette"), fraEtalonnageAuto_);
     chkZoneReglette_->setObjectName(QStringLiteral("chkZoneReglette"));
     h->addWidget(chkZoneReglette_);
-    auto* auto_ = Bouton("cmdEtalonnageAuto", QStringLiteral("Étalonnage automatique"), fraEtalonnageAuto_);
-    h->addWidget(auto_);
     h->addStretch();
+    auto* auto_ = Bouton("cmdEtalonnageAuto", QStringLiteral("Étalonnage automatique"), fraEtalonnageAuto_);
+    v->addWidget(auto_, 0, Qt::AlignLeft);
     picReglette_ = new QFrame(fraEtalonnageAuto_);
     picReglette_->setObjectName(QStringLiteral("picReglette"));
     auto* r = new QHBoxLayout(picReglette_);
     r->setContentsMargins(0, 0, 0, 0);
     lblReglette_ = new QLabel(picReglette_);
     lblReglette_->setObjectName(QStringLiteral("lblReglette"));
+    lblReglette_->setWordWrap(true);
     r->addWidget(lblReglette_, 1);
     auto* accepter = Bouton("cmdAccepterReglette", QStringLiteral("Accepter"), picReglette_);
     auto* deuxPoints = Bouton("cmdDeuxPointsReglette", QStringLiteral("Pointer deux graduations"), picReglette_);
@@ -344,17 +354,19 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
     const QString textes[3] = {QStringLiteral("Remettre à zéro"), QStringLiteral("Compter"),
                                QStringLiteral("Arrêter")};
     const char* noms[3] = {"cmdMnuCompteur0", "cmdMnuCompteur1", "cmdMnuCompteur2"};
+    // Two columns, so that the command column stays narrow on small screens.
+    const int lignes[3] = {0, 1, 1}, colonnes[3] = {0, 0, 1}, largeurs[3] = {2, 1, 1};
     for (int i = 0; i < 3; ++i) {
       auto* b = Bouton(noms[i], textes[i], fraMenuCompteur_);
-      v->addWidget(b, 0, i);
+      v->addWidget(b, lignes[i], colonnes[i], 1, largeurs[i]);
       connect(b, &QPushButton::clicked, this, [this, i] { cmdMnuCompteur(i); });
     }
     combTaillePoints_ = new QComboBox(fraMenuCompteur_);
     combTaillePoints_->setObjectName(QStringLiteral("combTaillePoints"));
     for (int i = 1; i <= 8; ++i) combTaillePoints_->addItem(QString::number(i));
-    v->addWidget(combTaillePoints_, 1, 0);
+    v->addWidget(combTaillePoints_, 2, 0);
     txtCompteurPoints_[0] = Boite("txtCompteurPoints0", fraMenuCompteur_);
-    v->addWidget(txtCompteurPoints_[0], 1, 1);
+    v->addWidget(txtCompteurPoints_[0], 2, 1);
     picCompteur_ = new QFrame(fraMenuCompteur_);
     picCompteur_->setObjectName(QStringLiteral("picCompteur"));
     auto* h = new QHBoxLayout(picCompteur_);
@@ -362,7 +374,7 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
     txtCompteurPoints_[1] = Boite("txtCompteurPoints1", picCompteur_);
     h->addWidget(txtCompteurPoints_[1]);
     picCompteur_->hide();
-    v->addWidget(picCompteur_, 2, 0, 1, 3);
+    v->addWidget(picCompteur_, 3, 0, 1, 2);
   }
   col->addWidget(fraMenuCompteur_);
   col->addStretch();
@@ -385,6 +397,15 @@ frmMesure::frmMesure(SessionRecord& session, cAdvancedImagery& ai, QWidget* pare
 }
 
 frmMesure::~frmMesure() = default;
+
+// The scale entry, centred on the picture and scrolled into view.
+void frmMesure::MontrerRecupEchelle() {
+  picRecupEchelle_->move((picCadre_->width() - picRecupEchelle_->width()) / 2,
+                         (picCadre_->height() - picRecupEchelle_->height()) / 2);
+  picRecupEchelle_->show();
+  picRecupEchelle_->raise();
+  panneauImage_->ensureWidgetVisible(picRecupEchelle_, 0, 0);
+}
 
 void frmMesure::closeEvent(QCloseEvent* e) {
   ai_.IO_DestroyBitmap(s_.ImageMesure);
@@ -550,10 +571,7 @@ void frmMesure::SourisRelachee(QPointF p) {
       picAstuce_->hide();
     }
   } else if (s_.ModeMesure == 1) {
-    picRecupEchelle_->move((picCadre_->width() - picRecupEchelle_->width()) / 2,
-                           (picCadre_->height() - picRecupEchelle_->height()) / 2);
-    picRecupEchelle_->show();
-    picRecupEchelle_->raise();
+    MontrerRecupEchelle();
     txtMicTemp_->setFocus();
   } else if (s_.ModeMesure == 2) {
     for (QWidget* w : QApplication::topLevelWidgets()) {
@@ -680,10 +698,7 @@ void frmMesure::ModeRecup() {
   }
   Dialogues().Message(QStringLiteral("Etalonnage manuel"),
                       QStringLiteral("Récupérer l'échelle manuellement ..."), Icone::Information);
-  picRecupEchelle_->move((picCadre_->width() - picRecupEchelle_->width()) / 2,
-                         (picCadre_->height() - picRecupEchelle_->height()) / 2);
-  picRecupEchelle_->show();
-  picRecupEchelle_->raise();
+  MontrerRecupEchelle();
 }
 
 void frmMesure::cmdValiderMesureTemp() {

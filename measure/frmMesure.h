@@ -27,6 +27,7 @@ class QTimer;
 namespace tg {
 
 class cAdvancedImagery;
+class PanneauDefilant;
 
 class frmMesure : public QWidget {
   Q_OBJECT
@@ -60,6 +61,7 @@ class frmMesure : public QWidget {
  private:
   void AppliquerMenu();
   void ModeRecup();
+  void MontrerRecupEchelle();
   void cmdValiderMesureTemp();
   void cmdAnnulerMesureTemp();
   void cmdRestartRecupEchelle();
@@ -114,6 +116,7 @@ class frmMesure : public QWidget {
   QString pixelsReglette_;
   int micronsReglette_ = 0;
 
+  PanneauDefilant* panneauImage_ = nullptr;
   QWidget* picCadre_ = nullptr;
   QWidget* picImage_ = nullptr;
   QWidget* picLoupe_ = nullptr;

@@ -189,10 +189,9 @@ TEST_F(FenetresOutils, FenetresDuCartoucheEtEnregistrement) {
   VerifierFenetre(e, {"cmdQuitter"});
 }
 
-// The measuring window itself, on the final picture and on a stage
-// micrometer: its picture is as wide as an 800 output, so that it needs a
-// scrolling picture to fit a small screen. Disabled until it has one.
-TEST_F(FenetresOutils, DISABLED_FenetreDeMesure) {
+// The measuring window itself, on a stage micrometer and on the final
+// picture: on a small screen its picture scrolls beside the command column.
+TEST_F(FenetresOutils, FenetreDeMesure) {
   Ouvrir(Photo(true));
   if (HasFatalFailure()) return;
   VerifierFenetre(Menu("mnuMesurerEtalon", "frmMesure"), {"cmdSortirMesurerEtalon"});
