@@ -1,25 +1,19 @@
 // formater PHOTO -o SORTIE.jpg [options]: the main road without a display.
 // The picture goes through the same steps and the same cartouche form as in
-// the windows (the form is built hidden and driven by its controls): load,
-// ControleImage, resize, cartouche, final picture, trial save, copy.
-#include <QApplication>
-#include <QFile>
-#include <QThread>
-#include <QCheckBox>
-#include <QComboBox>
+// the windows (the form's model, without its window): load, ControleImage,
+// resize, cartouche, final picture, trial save, copy.
 #include <QDate>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QRegularExpression>
+#include <QThread>
 #include <array>
 #include <map>
 
 #include "adjust/Recadrage.h"
 #include "cartouche/FormCartouche.h"
-#include "cartouche/frmAjouterCartouche.h"
+#include "cartouche/ModeleCartouche.h"
 #include "cartouche/modExtractMeta.h"
 #include "cli/Commandes.h"
 #include "cli/Console.h"
@@ -74,30 +68,6 @@ bool Entier(const Options& o, const char* nom, int min, int max, int& valeur) {
   bool ok = false;
   valeur = o.V(nom).toInt(&ok);
   return ok && valeur >= min && valeur <= max;
-}
-
-template <class T>
-T* Controle(QWidget& f, const char* nom) {
-  return f.findChild<T*>(QLatin1String(nom));
-}
-
-// Puts the value in a line or an editable list, as typing would.
-void Saisir(QWidget& f, const char* nom, const QString& texte) {
-  if (auto* e = Controle<QLineEdit>(f, nom)) {
-    // The program's checks, not the control's length limit, judge a text.
-    e->setMaxLength(32767);
-    e->setText(texte);
-  } else if (auto* c = Controle<QComboBox>(f, nom)) {
-    c->setCurrentText(texte);
-  }
-}
-
-bool Choisir(QWidget& f, const char* nom, const QString& texte) {
-  auto* c = Controle<QComboBox>(f, nom);
-  const int i = c ? c->findText(texte) : -1;
-  if (i < 0) return false;
-  c->setCurrentIndex(i);
-  return true;
 }
 
 // TESSELLOGRAPHE_CHRONO=1: the time of each step on standard error, in ms.
@@ -264,23 +234,24 @@ int Formater(const QStringList& arguments) {
   // The photo's focal length as told, for the extrapolated scale.
   if (focale > 0) s.FocaleAPN = float(focale);
 
-  // The cartouche, through the form.
-  frmAjouterCartouche f(s, ai, nullptr);
+  // The cartouche, through the form's model: the same actions as the window's buttons.
+  ModeleCartouche f(s, ai);
   f.Form_Load();
   Etape("formulaire du cartouche");
-  if (!date.isEmpty() && !(Choisir(f, "comboJour", date[0]) && Choisir(f, "comboMois", date[1]) &&
-                           Choisir(f, "comboAnnee", date[2])))
+  if (!date.isEmpty() && !f.ChoisirDate(date[0], date[1], date[2]))
     return Refus("Date refusée : " + o.V("--date") + " (années de " + QString::number(kPremiereAnnee) + " à " +
                  QString::number(QDate::currentDate().year()) + ")");
-  const std::pair<const char*, const char*> textes[] = {
-      {"--titre", "txtCommentaire"},       {"--auteur", "txtNomAuteur"},
-      {"--eclairage", "ComboEclairage"},   {"--provenance", "comboProvenance"},
-      {"--preparation", "comboMontage"},   {"--coloration", "comboColoration"}};
-  for (const auto& [option, nom] : textes)
-    if (o.A(option)) Saisir(f, nom, o.V(option));
+  if (o.A("--titre")) f.txtCommentaire = o.V("--titre");
+  if (o.A("--auteur")) f.txtNomAuteur = o.V("--auteur");
+  const std::pair<const char*, ListeFormulaire*> listes[] = {{"--eclairage", &f.ComboEclairage},
+                                                             {"--provenance", &f.comboProvenance},
+                                                             {"--preparation", &f.comboMontage},
+                                                             {"--coloration", &f.comboColoration}};
+  for (const auto& [option, liste] : listes)
+    if (o.A(option)) liste->DefinirTexte(o.V(option));
 
   if (parTable || parSaisie) {
-    Controle<QPushButton>(f, "cmdEtalonner")->click();
+    f.cmdEtalonner();
     if (parTable && focale > 0) {
       // The scale of the table's focal series at the photo's focal length,
       // as frmExtrapolFocale sends it to the form.
@@ -297,45 +268,47 @@ int Formater(const QStringList& arguments) {
       if (doublons) Ligne(QStringLiteral("Doublons supprimés !"), stderr);
       const Extrapolation r = CalculerExtrapolation(serie, s.FocaleAPN, s.SeparateurDecimal);
       if (!r.calcule) return Refus(r.refus);
-      Controle<QPushButton>(f, "cmdAnnulerTable")->click();
-      Saisir(f, "txtPix", QString::number(r.pixPour100));
-      Saisir(f, "txtMic", QStringLiteral("100"));
-      Saisir(f, "ComboObjectif", o.V("--objectif"));
+      f.cmdAnnulerTable();
+      f.txtPix = QString::number(r.pixPour100);
+      f.txtMic = QStringLiteral("100");
+      f.ComboObjectif.DefinirTexte(o.V("--objectif"));
       s.ExtrapolationFoc = true;
     } else if (parTable) {
-      auto* toutes = Controle<QCheckBox>(f, "chkAfficherTouteTable");
-      if (!toutes->isChecked()) toutes->click();
-      auto* tables = Controle<QComboBox>(f, "comboTables");
+      if (!f.chkAfficherTouteTable) {
+        f.chkAfficherTouteTable = true;
+        f.chkAfficherTouteTable_Click();
+      }
       bool ok = false;
       const int n = o.V("--table").toInt(&ok);
-      if (!ok || n < 1 || n >= tables->count())
-        return Refus("Table n° " + o.V("--table") + " introuvable (" +
-                     QString::number(std::max(0, tables->count() - 1)) + " table(s))");
-      tables->setCurrentIndex(n);
+      const int nombre = f.comboTables.Nombre();
+      if (!ok || n < 1 || n >= nombre)
+        return Refus("Table n° " + o.V("--table") + " introuvable (" + QString::number(std::max(0, nombre - 1)) +
+                     " table(s))");
+      f.comboTables.Selectionner(n);
       f.comboTables_Click();
-      Saisir(f, "comboListeObjectif", o.V("--objectif"));
-      Controle<QPushButton>(f, "cmdAppliquerTable")->click();
+      f.comboListeObjectif.DefinirTexte(o.V("--objectif"));
+      f.cmdAppliquerTable();
       if (!f.TableAppliquee()) return Refus(QStringLiteral("Table non appliquée"));
     } else {
-      Controle<QPushButton>(f, "cmdAnnulerTable")->click();
-      Saisir(f, "txtPix", o.V("--pix"));
-      Saisir(f, "txtMic", o.V("--mic"));
-      Saisir(f, "ComboObjectif", o.V("--objectif"));
+      f.cmdAnnulerTable();
+      f.txtPix = o.V("--pix");
+      f.txtMic = o.V("--mic");
+      f.ComboObjectif.DefinirTexte(o.V("--objectif"));
     }
-    if (o.V("--longueur") == u"auto") Controle<QPushButton>(f, "cmdLongueurAuto")->click();
-    else if (o.A("--longueur")) Saisir(f, "txtLongueur", o.V("--longueur"));
-    Controle<QRadioButton>(f, unite == u"mm" ? "optUnite1" : "optUnite0")->setChecked(true);
+    if (o.V("--longueur") == u"auto") f.cmdLongueurAuto();
+    else if (o.A("--longueur")) f.txtLongueur = o.V("--longueur");
+    f.optUnite = unite == u"mm" ? 1 : 0;
   }
   if (o.A("--couleur")) {
     // Near-black or near-white, whichever contrasts more with the picture
     // under the cartouche: only a cartouche over the picture has one.
-    auto* automatique = Controle<QCheckBox>(f, "chkCouleurAuto");
-    if (!automatique->isEnabled()) return Usage(QStringLiteral("--couleur auto va avec --cartouche sur"));
-    automatique->setChecked(true);
+    if (!f.Actif(Controle::chkCouleurAuto)) return Usage(QStringLiteral("--couleur auto va avec --cartouche sur"));
+    f.chkCouleurAuto = true;
   }
-  Controle<QPushButton>(f, "cmdDessiner")->click();
+  f.cmdDessiner();
   if (!f.CartoucheValide()) return Refus(QString());
-  Controle<QPushButton>(f, "cmdSuite")->click();
+  f.cmdSuite();
+  f.Quitter();
   if (!s.ImageFinale || s.Etape != 3) return Refus(QStringLiteral("Image finale non construite"));
 
   Etape("cartouche et image finale");
