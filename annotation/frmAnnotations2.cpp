@@ -5,8 +5,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QFile>
-#include <QFileInfo>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -25,14 +23,8 @@
 #include <cmath>
 
 #include "core/frmFichierPhoto.h"
-#include "imaging/cAdvancedImagery.h"
-#include "measure/GeometrieMesure.h"
 #include "platform/Dialogues.h"
 #include "platform/Ecran.h"
-#include "platform/Nombres.h"
-#include "platform/Systeme.h"
-#include "platform/Textes.h"
-#include "version.h"
 
 namespace tg {
 
@@ -103,15 +95,23 @@ void Colorer(QWidget* w, const QColor& c) {
   w->setAutoFillBackground(true);
 }
 
-// Floating boxes stay inside the picture, where the user can reach them; the
-// stamp itself goes where the rules put it.
-QPoint Dedans(QPoint p, const QWidget* boite, const QWidget* image) {
-  return {std::clamp(p.x(), 0, std::max(0, image->width() - boite->width())),
-          std::clamp(p.y(), 0, std::max(0, image->height() - boite->height()))};
+// Whole pixels of a mouse position: the picture's coordinates are integers.
+PointF Pixel(QPointF p) { return {float(std::floor(p.x())), float(std::floor(p.y()))}; }
+
+// The index of the checked button of a group, 0 when none is.
+template <size_t N>
+int Coche(QRadioButton* const (&options)[N]) {
+  for (size_t i = 0; i < N; ++i)
+    if (options[i]->isChecked()) return int(i);
+  return 0;
 }
 
-// Whole pixels of a mouse position: the picture's coordinates are integers.
-QPointF Pixel(QPointF p) { return QPointF(std::floor(p.x()), std::floor(p.y())); }
+// Sets a control's state from the tools without running its handler again.
+template <typename T, typename F>
+void Sans(T* controle, F&& f) {
+  const QSignalBlocker bloque(controle);
+  f(controle);
+}
 
 }  // namespace
 
@@ -119,11 +119,10 @@ QPointF Pixel(QPointF p) { return QPointF(std::floor(p.x()), std::floor(p.y()));
 
 frmAnnotations2::frmAnnotations2(SessionRecord& session, cAdvancedImagery& ai, frmFichierPhoto* principal,
                                  QWidget* parent)
-    : QWidget(parent, Qt::Window), s_(session), ai_(ai), principal_(principal) {
+    : QWidget(parent, Qt::Window), s_(session), principal_(principal), o_(session, ai, CheminUserAnnotation()) {
   setObjectName(kNomFeuille);
   setWindowTitle(QStringLiteral("  Tessellographe : Annotations et cotes"));
   // 1.
-  cheminIni_ = CheminUserAnnotation();
   Construire();
   lblInfosFenetre_->setText(
       QStringLiteral("Si possible, dessinez vos lignes en accrochant les multiples de 45° ") +
@@ -132,24 +131,24 @@ frmAnnotations2::frmAnnotations2(SessionRecord& session, cAdvancedImagery& ai, f
   Replier(fraLigne_, true);
   Replier(fraTexte_, true);
   Replier(fraCollage_, true);
-  picCollage_->hide();
-  collageEnCours_ = collageFige_ = false;
   // 3. The grid's steps, the lists and the swatches are set up by Construire.
   // 4.
-  nbUndo_ = 0;
   cmdUndo_->setToolTip(QStringLiteral("Undo-max %1").arg(kUndoMax));
-  MajCompteurs();
+  o_.MajCompteurs();
   // 5.
-  ChargerValeurs();
-  ChargerImageDepart();
+  o_.ChargerValeurs();
+  MontrerReglages();
+  o_.ChargerImageDepart();
+  picImage_->setFixedSize(o_.Travail().size());
+  PlacerBarres();
   // 6.
-  AppliquerCroix(1, 0);
+  o_.AppliquerCroix(1, 0);
   // 7.
   HScroll1_->setValue(0);
   VScroll1_->setValue(0);
   // 8.
-  if (s_.MicronsParPixel == 0) optTexteEtLigne_[Cotes]->setEnabled(false);
-
+  optTexteEtLigne_[Cotes]->setEnabled(o_.CotesPossibles());
+  Montrer();
 }
 
 frmAnnotations2::~frmAnnotations2() { Dechargement(); }
@@ -158,8 +157,8 @@ QSize frmAnnotations2::TailleVoulue() const {
   // The picture at 1:1 beside the tools, and room to open their frames.
   const QMargins m = layout()->contentsMargins();
   const int colonne = std::max(fraOutils_->width(), fraSorties_->sizeHint().width());
-  return {m.left() + largeurImage_ + layout()->spacing() + colonne + m.right(),
-          m.top() + std::max(hauteurImage_, 960) + m.bottom()};
+  return {m.left() + o_.Largeur() + layout()->spacing() + colonne + m.right(),
+          m.top() + std::max(o_.Hauteur(), 960) + m.bottom()};
 }
 
 frmAnnotations2* frmAnnotations2::Afficher(frmFichierPhoto& principal) {
@@ -218,15 +217,16 @@ void frmAnnotations2::Construire() {
       if (i == 0) {
         CollerTexte();
       } else {
-        ValiderEdition();
-        MajCompteurs();
+        o_.AnnulerTexte();
+        Montrer();
       }
     });
   }
   picValidation_->adjustSize();
   picValidation_->hide();
+  connect(txtEdition_, &QLineEdit::textChanged, this, [this](const QString& t) { o_.DefinirTexte(t); });
   connect(txtEdition_, &QLineEdit::returnPressed, this, [this] {
-    if (!picValidation_->isHidden()) CollerTexte();
+    if (o_.Boites().validation) CollerTexte();
   });
   lngRepereH_ = TraitFlottant(QStringLiteral("lngRepereH"), picImage_);
   lngRepereV_ = TraitFlottant(QStringLiteral("lngRepereV"), picImage_);
@@ -252,9 +252,10 @@ void frmAnnotations2::Construire() {
                      picValidationCollage_);
     lc->addWidget(b);
     connect(b, &QPushButton::clicked, this, [this, i] {
-      if (i == 0) CollerPicCollage();
-      else AnnulerCollage();
-      ValiderEdition();
+      if (i == 0) o_.CollerPicCollage();
+      else o_.AnnulerCollage();
+      o_.ValiderEdition();
+      Montrer();
     });
   }
   picValidationCollage_->hide();
@@ -292,10 +293,16 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     optTexteEtLigne_[i] = Nomme(new QRadioButton(QString::fromUtf8(modes[i]), grMode),
                                 QStringLiteral("optTexteEtLigne%1").arg(i));
     lm->addWidget(optTexteEtLigne_[i], i / 2, i % 2);
-    connect(optTexteEtLigne_[i], &QRadioButton::clicked, this, [this, i] { ChoisirMode(i); });
+    connect(optTexteEtLigne_[i], &QRadioButton::clicked, this, [this, i] {
+      o_.ChoisirMode(i);
+      Montrer();
+    });
   }
   chkBriderLigne_ = Nomme(new QCheckBox(QStringLiteral(" Accro. 45°"), grMode), QStringLiteral("chkBriderLigne"));
-  connect(chkBriderLigne_, &QCheckBox::clicked, this, [this] { ValiderEdition(); });
+  connect(chkBriderLigne_, &QCheckBox::toggled, this, [this](bool c) {
+    o_.Brider(c);
+    Montrer();
+  });
   lm->addWidget(chkBriderLigne_, 2, 0);
   v->addWidget(grMode);
 
@@ -340,11 +347,8 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     combEpaisseurLigne_->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,2}")), combEpaisseurLigne_));
     connect(combEpaisseurLigne_, &QComboBox::currentTextChanged, this, [this](const QString& t) {
-      double v = 0;
-      if (!LireNombre(t, v) || v < 1 || v > 99) return;
-      r_.LineBorder = int16_t(VersEntier(v));
-      linExemple_->setFixedHeight(r_.LineBorder);
-      epaisseurDessin_ = r_.LineBorder;
+      o_.DefinirEpaisseur(t);
+      linExemple_->setFixedHeight(std::max<int>(1, o_.Reglages().LineBorder));
     });
     l->addWidget(combEpaisseurLigne_, 0, 1);
     linExemple_ = Nomme(new QFrame(fraLigne_), QStringLiteral("linExemple"));
@@ -354,13 +358,16 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     for (int i = 0; i < 3; ++i) {
       const int32_t c = std::array<int32_t, 3>{0x404040, 0xC0C0C0, 0xFFFFFF}[i];
       auto* p = Pastille(QStringLiteral("picColorNB3_%1").arg(i), c, fraLigne_);
-      connect(p, &QPushButton::clicked, this, [this, c] { CouleurLigne(c); });
+      connect(p, &QPushButton::clicked, this, [this, c] {
+        o_.CouleurLigne(c);
+        MajExemple();
+      });
       nb3->addWidget(p);
     }
     auto* cmdCouleurLigne = Bouton(QStringLiteral("cmdCouleurLigne"), QStringLiteral("Couleur ..."), fraLigne_);
     connect(cmdCouleurLigne, &QPushButton::clicked, this, [this] {
-      const int c = Dialogues().Couleur(r_.LineColor);
-      if (c != -1) CouleurLigne(c);
+      o_.ChoisirCouleurLigne();
+      MajExemple();
     });
     nb3->addWidget(cmdCouleurLigne);
     l->addLayout(nb3, 1, 0, 1, 3);
@@ -374,7 +381,11 @@ QWidget* frmAnnotations2::ConstruireOutils() {
                               QStringLiteral("optPointeur%1").arg(i));
       optPointeur_[i]->setToolTip(QString::fromUtf8(bulles[i]));
       lp->addWidget(optPointeur_[i], 0, i);
-      connect(optPointeur_[i], &QRadioButton::clicked, this, [this, i] { ChoisirPointeur(i); });
+      connect(optPointeur_[i], &QRadioButton::clicked, this, [this, i] {
+        o_.ChoisirPointeur(i);
+        MontrerReglages();
+        Montrer();
+      });
     }
     lp->addWidget(new QLabel(QStringLiteral("Taille :"), grPointeur), 1, 0);
     combTaillePointeur_ = Nomme(new QComboBox(grPointeur), QStringLiteral("combTaillePointeur"));
@@ -382,20 +393,16 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     combTaillePointeur_->addItems({"2", "4", "6", "8", "10", "12", "14", "16", "18", "30", "60"});
     combTaillePointeur_->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), combTaillePointeur_));
-    connect(combTaillePointeur_, &QComboBox::currentTextChanged, this, [this](const QString& t) {
-      double v = 0;
-      if (LireNombre(t, v) && v >= 0 && v < 10000) r_.PointerSize = int16_t(VersEntier(v));
-    });
+    connect(combTaillePointeur_, &QComboBox::currentTextChanged, this,
+            [this](const QString& t) { o_.DefinirTaillePointeur(t); });
     lp->addWidget(combTaillePointeur_, 1, 1);
     lp->addWidget(new QLabel(QStringLiteral("Angle :"), grPointeur), 1, 2);
     combAngleFleche_ = Nomme(new QComboBox(grPointeur), QStringLiteral("combAngleFleche"));
     combAngleFleche_->setEditable(true);
     combAngleFleche_->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9.,]{0,6}")), combAngleFleche_));
-    connect(combAngleFleche_, &QComboBox::currentTextChanged, this, [this](const QString& t) {
-      double v = 0;
-      if (LireNombre(t, v)) r_.AngleFleche = float(v);
-    });
+    connect(combAngleFleche_, &QComboBox::currentTextChanged, this,
+            [this](const QString& t) { o_.DefinirAngleFleche(t); });
     lp->addWidget(combAngleFleche_, 1, 3);
     l->addWidget(grPointeur, 2, 0, 1, 3);
 
@@ -408,7 +415,11 @@ QWidget* frmAnnotations2::ConstruireOutils() {
                                   QStringLiteral("optCouleurCotes%1").arg(i));
       grpCouleurCotes_->addButton(optCouleurCotes_[i], i);
       lco->addWidget(optCouleurCotes_[i], 0, i);
-      connect(optCouleurCotes_[i], &QRadioButton::clicked, this, [this, i] { ChoisirCouleurCotes(i); });
+      connect(optCouleurCotes_[i], &QRadioButton::clicked, this, [this, i] {
+        o_.ChoisirCouleurCotes(i);
+        MajExemple();
+        Montrer();
+      });
     }
     auto* grpUnite = new QButtonGroup(this);
     const char* unites[2] = {"µm", "mm"};
@@ -417,8 +428,10 @@ QWidget* frmAnnotations2::ConstruireOutils() {
                                QStringLiteral("optUniteCote%1").arg(i));
       grpUnite->addButton(optUniteCote_[i], i);
       lco->addWidget(optUniteCote_[i], 1, i);
-      connect(optUniteCote_[i], &QRadioButton::clicked, this,
-              [this, i] { r_.CoteUnite = i == 0 ? QStringLiteral("µm") : QStringLiteral("mm"); });
+      connect(optUniteCote_[i], &QRadioButton::clicked, this, [this, i] {
+        o_.ChoisirUnite(i);
+        Montrer();
+      });
     }
     l->addWidget(grCotes, 3, 0, 1, 3);
   }
@@ -432,18 +445,7 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     l->addWidget(txtExemple_, 0, 0, 1, 4);
     auto* cmdPolice = Bouton(QStringLiteral("cmdPolice"), QStringLiteral("Police ..."), fraTexte_);
     connect(cmdPolice, &QPushButton::clicked, this, [this] {
-      QFont initiale(r_.TxtFontName);
-      initiale.setPointSize(std::max<int>(1, r_.TxtFontSize));
-      initiale.setBold(r_.TxtFontBold);
-      initiale.setItalic(r_.TxtFontItalic);
-      initiale.setUnderline(r_.TxtFontUnderline);
-      const std::optional<QFont> f = Dialogues().Police(initiale);
-      if (!f) return;
-      r_.TxtFontName = f->family();
-      r_.TxtFontSize = int16_t(f->pointSize() > 0 ? f->pointSize() : r_.TxtFontSize);
-      r_.TxtFontBold = f->bold();
-      r_.TxtFontItalic = f->italic();
-      r_.TxtFontUnderline = f->underline();
+      o_.ChoisirPolice();
       MajExemple();
     });
     l->addWidget(cmdPolice, 1, 0);
@@ -452,24 +454,23 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     for (int i = 0; i < 3; ++i) {
       const int32_t c = std::array<int32_t, 3>{0x404040, 0xC0C0C0, 0xFFFFFF}[i];
       auto* p = Pastille(QStringLiteral("picColorNB1_%1").arg(i), c, fraTexte_);
-      connect(p, &QPushButton::clicked, this, [this, c] { CouleurTexte(c); });
+      connect(p, &QPushButton::clicked, this, [this, c] {
+        o_.CouleurTexte(c);
+        MajExemple();
+      });
       nb1->addWidget(p);
     }
     auto* cmdCouleurPolice = Bouton(QStringLiteral("cmdCouleurPolice"), QStringLiteral("Couleur ..."), fraTexte_);
     connect(cmdCouleurPolice, &QPushButton::clicked, this, [this] {
-      Dialogues().Message(QLatin1String(TitreProgramme),
-                          QStringLiteral("Attention :\nAvec les textes, certaines couleurs\nsortent très mal "
-                                         "(bavent) après compression Jpg !\nUtilisez de préférence les niveaux "
-                                         "de gris ou le noir et blanc (inversé) !\nEn principe ce problème "
-                                         "concerne moins les lignes (flèches) ..."),
-                          Icone::Exclamation);
-      const int c = Dialogues().Couleur(r_.TxtFontColor);
-      if (c != -1) CouleurTexte(c);
+      o_.ChoisirCouleurTexte();
+      MajExemple();
     });
     nb1->addWidget(cmdCouleurPolice);
     l->addLayout(nb1, 1, 1, 1, 3);
     chkCouleurTxtplusLigne_ = Nomme(new QCheckBox(QStringLiteral("appliquer coul. aux lignes"), fraTexte_),
                                     QStringLiteral("chkCouleurTxtplusLigne"));
+    connect(chkCouleurTxtplusLigne_, &QCheckBox::toggled, this,
+            [this](bool c) { o_.DefinirCouleurTexteSurLignes(c); });
     l->addWidget(chkCouleurTxtplusLigne_, 2, 0, 1, 4);
     auto* grpFond = new QButtonGroup(this);
     const char* fonds[2] = {"Fond transparent", "Fond opaque"};
@@ -479,22 +480,24 @@ QWidget* frmAnnotations2::ConstruireOutils() {
                                QStringLiteral("optFondTexte%1").arg(i));
       grpFond->addButton(optFondTexte_[i], i);
       nb2->addWidget(optFondTexte_[i]);
-      connect(optFondTexte_[i], &QRadioButton::clicked, this, [this, i] { optFondTexte(i); });
+      connect(optFondTexte_[i], &QRadioButton::clicked, this, [this, i] {
+        o_.optFondTexte(i);
+        MajExemple();
+        Montrer();
+      });
     }
     for (int i = 0; i < 3; ++i) {
       const int32_t c = std::array<int32_t, 3>{0x404040, 0xC0C0C0, 0xFFFFFF}[i];
       auto* p = Pastille(QStringLiteral("picColorNB2_%1").arg(i), c, fraTexte_);
       connect(p, &QPushButton::clicked, this, [this, c] {
-        r_.TxtBackColor = c;
+        o_.CouleurFond(c);
         MajExemple();
       });
       nb2->addWidget(p);
     }
     auto* cmdCouleurFond = Bouton(QStringLiteral("cmdCouleurFond"), QStringLiteral("..."), fraTexte_);
     connect(cmdCouleurFond, &QPushButton::clicked, this, [this] {
-      const int c = Dialogues().Couleur(r_.TxtBackColor);
-      if (c == -1) return;
-      r_.TxtBackColor = c;
+      o_.ChoisirCouleurFond();
       MajExemple();
     });
     nb2->addWidget(cmdCouleurFond);
@@ -516,7 +519,10 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     l->addLayout(styles, 4, 0, 1, 4);
 
     chkNumAuto_ = Nomme(new QCheckBox(QStringLiteral(" Num. auto"), fraTexte_), QStringLiteral("chkNumAuto"));
-    connect(chkNumAuto_, &QCheckBox::toggled, this, [this](bool c) { chkNumAuto(c); });
+    connect(chkNumAuto_, &QCheckBox::toggled, this, [this](bool c) {
+      o_.CocherNumAuto(c);
+      Montrer();
+    });
     l->addWidget(chkNumAuto_, 5, 0);
     lblStart_ = Nomme(new QLabel(QStringLiteral("Départ :"), fraTexte_), QStringLiteral("lblStart"));
     l->addWidget(lblStart_, 5, 1);
@@ -524,11 +530,18 @@ QWidget* frmAnnotations2::ConstruireOutils() {
     txtCptNumAuto_->setToolTip(QStringLiteral("Départ du compteur numérotation automatique"));
     txtCptNumAuto_->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), txtCptNumAuto_));
-    connect(txtCptNumAuto_, &QLineEdit::textEdited, this, [this] { Colorer(txtCptNumAuto_, Qt::white); });
+    connect(txtCptNumAuto_, &QLineEdit::textChanged, this, [this](const QString& t) { o_.DefinirTexteCompteur(t); });
+    connect(txtCptNumAuto_, &QLineEdit::textEdited, this, [this] {
+      o_.CompteurModifie();
+      Montrer();
+    });
     l->addWidget(txtCptNumAuto_, 5, 2);
     cmdNumAuto_ = Bouton(QStringLiteral("cmdNumAuto"), QStringLiteral("OK"), fraTexte_);
     cmdNumAuto_->setToolTip(QStringLiteral("Valider nouveau départ"));
-    connect(cmdNumAuto_, &QPushButton::clicked, this, [this] { cmdNumAuto(); });
+    connect(cmdNumAuto_, &QPushButton::clicked, this, [this] {
+      o_.ValiderCompteur();
+      Montrer();
+    });
     l->addWidget(cmdNumAuto_, 5, 3);
     lblStart_->setEnabled(false);
     txtCptNumAuto_->setEnabled(false);
@@ -548,7 +561,8 @@ QWidget* frmAnnotations2::ConstruireOutils() {
       u->setButtonSymbols(QAbstractSpinBox::UpDownArrows);
       u->setFixedWidth(22);
       connect(t, &QLineEdit::textChanged, this, [this, t, u] { ChangerPasGrille(t, u); });
-      connect(u, &QSpinBox::valueChanged, this, [t](int v) {
+      connect(u, &QSpinBox::valueChanged, this, [this, t, u](int v) {
+        o_.DefinirPasGrille(u == UpDownL_, v);
         if (t->text() != QString::number(v)) t->setText(QString::number(v));
       });
     }
@@ -603,6 +617,7 @@ QWidget* frmAnnotations2::ConstruireOutils() {
         const bool bord = optBordVignette_[0]->isChecked();
         fraEpBord_->setEnabled(bord);
         fraCoulBord_->setEnabled(bord);
+        BordCollage();
       });
     }
     fraEpBord_ = Nomme(new QFrame(fraCollage_), QStringLiteral("fraEpBord"));
@@ -613,6 +628,7 @@ QWidget* frmAnnotations2::ConstruireOutils() {
       optEpBord_[i] = Nomme(new QRadioButton(QString::fromUtf8(epaisseurs[i]), fraEpBord_),
                             QStringLiteral("optEpBord%1").arg(i));
       le->addWidget(optEpBord_[i]);
+      connect(optEpBord_[i], &QRadioButton::toggled, this, [this] { BordCollage(); });
     }
     l->addWidget(fraEpBord_, 2, 0, 1, 4);
     fraCoulBord_ = Nomme(new QFrame(fraCollage_), QStringLiteral("fraCoulBord"));
@@ -623,6 +639,7 @@ QWidget* frmAnnotations2::ConstruireOutils() {
       optCoulBord_[i] = Nomme(new QRadioButton(QString::fromUtf8(couleursBord[i]), fraCoulBord_),
                               QStringLiteral("optCoulBord%1").arg(i));
       lcb->addWidget(optCoulBord_[i]);
+      connect(optCoulBord_[i], &QRadioButton::toggled, this, [this] { BordCollage(); });
     }
     l->addWidget(fraCoulBord_, 3, 0, 1, 4);
     optBordVignette_[0]->setChecked(true);
@@ -639,12 +656,18 @@ QWidget* frmAnnotations2::ConstruireOutils() {
                      fc.longueur == 0 ? QStringLiteral("∅") : QStringLiteral("%1/%2").arg(fc.epaisseur).arg(fc.longueur == 60 ? QStringLiteral("c") : QStringLiteral("L")),
                      grCroix);
     b->setFixedWidth(34);
-    connect(b, &QPushButton::clicked, this, [this, i] { AppliquerCroix(i, -1); });
+    connect(b, &QPushButton::clicked, this, [this, i] {
+      o_.AppliquerCroix(i, -1);
+      Montrer();
+    });
     lx->addWidget(b);
   }
   for (int i = 0; i < int(kCouleursCroix.size()); ++i) {
     auto* p = Pastille(QStringLiteral("picCouleur%1").arg(i), kCouleursCroix[size_t(i)], grCroix, 16);
-    connect(p, &QPushButton::clicked, this, [this, i] { AppliquerCroix(-1, i); });
+    connect(p, &QPushButton::clicked, this, [this, i] {
+      o_.AppliquerCroix(-1, i);
+      Montrer();
+    });
     lx->addWidget(p);
   }
   v->addWidget(grCroix);
@@ -681,199 +704,154 @@ QWidget* frmAnnotations2::ConstruireSorties() {
   return pied;
 }
 
-// ---------------------------------------------------------------- state
+// ---------------------------------------------------------------- showing the tools
 
-void frmAnnotations2::ChargerImageDepart() {
-  QImage image;
-  if (!ai_.Convert_ImageToPicture(s_.ImageCourante, image)) {
-    Erreur(QStringLiteral("Error - ") + ai_.Error_GetLast());
-    image = QImage(std::max(1, int(s_.Largeur)), std::max(1, int(s_.Hauteur)), QImage::Format_RGB32);
-    image.fill(Qt::white);
-  }
-  // 32 bits a pixel: the memory of steps compares whole pixels.
-  if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32)
-    image = image.convertToFormat(QImage::Format_RGB32);
-  travail_ = image;
-  depart_ = image.copy();
-  largeurImage_ = travail_.width();
-  hauteurImage_ = travail_.height();
-  picImage_->setFixedSize(travail_.size());
-  PlacerBarres();
-  picImage_->update();
-}
-
-void frmAnnotations2::ChargerValeurs() {
-  r_ = LireReglagesAnnotation(cheminIni_);
-  couleurDessin_ = r_.LineColor;
-  epaisseurDessin_ = r_.LineBorder;
-  optFondTexte_[r_.TxtBack ? 1 : 0]->setChecked(true);
-  MajExemple();
-  txtEdition_->setText(QStringLiteral("votre texte ici"));
-  // Mode 0 as its click gives it: the numbering offered again.
-  optTexteEtLigne_[LigneEtTexte]->setChecked(true);
-  ChoisirMode(LigneEtTexte);
-  combEpaisseurLigne_->setCurrentText(QString::number(r_.LineBorder));
-  linExemple_->setFixedHeight(std::max<int>(1, r_.LineBorder));
-  optPointeur_[r_.PointerChoose]->setChecked(true);
-  combTaillePointeur_->setCurrentText(QString::number(r_.PointerSize));
-  // The arrow angles in the system's decimal form.
-  const QString sep = s_.SeparateurDecimal == u"," ? QStringLiteral(",") : QStringLiteral(".");
-  combAngleFleche_->blockSignals(true);
-  combAngleFleche_->clear();
-  combAngleFleche_->addItems({QStringLiteral("22") + sep + QStringLiteral("5"), QStringLiteral("30"),
-                              QStringLiteral("45")});
-  combAngleFleche_->blockSignals(false);
-  combAngleFleche_->setCurrentText(TexteReel(r_.AngleFleche, sep));
-  optUniteCote_[r_.CoteUnite == u"µm" ? 0 : 1]->setChecked(true);
-  const int cote = IndexCouleurCote(r_.CoteColor);
+void frmAnnotations2::MontrerReglages() {
+  const ReglagesAnnotation& r = o_.Reglages();
+  Sans(combEpaisseurLigne_, [&](QComboBox* c) { c->setCurrentText(QString::number(r.LineBorder)); });
+  linExemple_->setFixedHeight(std::max<int>(1, r.LineBorder));
+  Sans(optPointeur_[std::clamp<int>(r.PointerChoose, 0, 3)], [](QRadioButton* o) { o->setChecked(true); });
+  Sans(combTaillePointeur_, [&](QComboBox* c) { c->setCurrentText(QString::number(r.PointerSize)); });
+  Sans(combAngleFleche_, [&](QComboBox* c) {
+    c->clear();
+    c->addItems(o_.AnglesFleche());
+    c->setCurrentText(o_.TexteAngleFleche());
+  });
+  Sans(optUniteCote_[r.CoteUnite == u"µm" ? 0 : 1], [](QRadioButton* o) { o->setChecked(true); });
+  // A colour that is none of the three leaves the group without a choice.
+  const int cote = IndexCouleurCote(r.CoteColor);
   grpCouleurCotes_->setExclusive(false);
-  for (auto* o : optCouleurCotes_) o->setChecked(false);
+  for (auto* o : optCouleurCotes_) Sans(o, [](QRadioButton* b) { b->setChecked(false); });
   grpCouleurCotes_->setExclusive(true);
-  if (cote >= 0) optCouleurCotes_[cote]->setChecked(true);
-  cptNumAuto_ = 1;
-  txtCptNumAuto_->setText(QString::number(cptNumAuto_));
-}
-
-void frmAnnotations2::EcritureIni() {
-  if (!EcrireReglagesAnnotation(r_, cheminIni_))
-    Erreur(QStringLiteral("Le fichier des réglages « %1 » ne peut pas être écrit.").arg(cheminIni_));
+  if (cote >= 0) Sans(optCouleurCotes_[cote], [](QRadioButton* o) { o->setChecked(true); });
+  Sans(optFondTexte_[o_.FondOpaque() ? 1 : 0], [](QRadioButton* o) { o->setChecked(true); });
+  MajExemple();
 }
 
 void frmAnnotations2::MajExemple() {
-  QFont f(r_.TxtFontName);
-  f.setPointSize(std::max<int>(1, r_.TxtFontSize));
-  f.setBold(r_.TxtFontBold);
-  f.setItalic(r_.TxtFontItalic);
-  f.setUnderline(r_.TxtFontUnderline);
+  const ReglagesAnnotation& r = o_.Reglages();
+  QFont f(r.TxtFontName);
+  f.setPointSize(std::max<int>(1, r.TxtFontSize));
+  f.setBold(r.TxtFontBold);
+  f.setItalic(r.TxtFontItalic);
+  f.setUnderline(r.TxtFontUnderline);
   txtExemple_->setFont(f);
   QPalette p = txtExemple_->palette();
-  p.setColor(QPalette::Text, VersQColor(r_.TxtFontColor & 0xFFFFFF));
+  p.setColor(QPalette::Text, VersQColor(r.TxtFontColor & 0xFFFFFF));
   // The stamp's own background: TxtBackColor whenever it is a colour.
-  p.setColor(QPalette::Base, r_.TxtBackColor != -1 ? VersQColor(r_.TxtBackColor & 0xFFFFFF)
-                                                   : QApplication::palette().color(QPalette::Button));
+  p.setColor(QPalette::Base, r.TxtBackColor != -1 ? VersQColor(r.TxtBackColor & 0xFFFFFF)
+                                                  : QApplication::palette().color(QPalette::Button));
   txtExemple_->setPalette(p);
-  Colorer(linExemple_, VersQColor(r_.LineColor & 0xFFFFFF));
+  Colorer(linExemple_, VersQColor(r.LineColor & 0xFFFFFF));
 }
 
-void frmAnnotations2::MajCompteurs() {
-  lblLongueurLigne_->setText(QStringLiteral("Long. = "));
-  lblAngle_->setText(QStringLiteral("Angle = "));
-  lblCompteur_->setText(QStringLiteral("Undo : %1").arg(nbUndo_));
-}
-
-ModeAnnotation frmAnnotations2::Mode() const {
-  for (int i = 0; i < 4; ++i)
-    if (optTexteEtLigne_[i]->isChecked()) return ModeAnnotation(i);
-  return LigneEtTexte;
-}
-
-void frmAnnotations2::ChoisirMode(int index) {
-  ValiderEdition();
-  if (index == Cotes && (s_.EchellePix.isEmpty() || s_.EchelleMic.isEmpty())) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Vous n'avez pas défini d'échelle ! (Cartouche)"),
-                        Icone::Exclamation);
-    optTexteEtLigne_[LigneEtTexte]->setChecked(true);
-    index = LigneEtTexte;
+void frmAnnotations2::Montrer() {
+  // The mode, the numbering and the editor's text.
+  Sans(optTexteEtLigne_[o_.Mode()], [](QRadioButton* o) { o->setChecked(true); });
+  Sans(chkNumAuto_, [&](QCheckBox* c) {
+    c->setChecked(o_.NumAuto());
+    c->setEnabled(o_.NumAutoPossible());
+  });
+  lblStart_->setEnabled(o_.NumAuto());
+  txtCptNumAuto_->setEnabled(o_.NumAuto());
+  cmdNumAuto_->setEnabled(o_.NumAuto());
+  if (txtCptNumAuto_->text() != o_.TexteCompteur())
+    Sans(txtCptNumAuto_, [&](QLineEdit* t) { t->setText(o_.TexteCompteur()); });
+  if (etatCompteurVu_ != o_.EtatDuCompteur()) {
+    etatCompteurVu_ = o_.EtatDuCompteur();
+    if (*etatCompteurVu_ == EtatCompteur::Valide) Colorer(txtCptNumAuto_, VersQColor(kVertClair));
+    else if (*etatCompteurVu_ == EtatCompteur::Modifie) Colorer(txtCptNumAuto_, Qt::white);
   }
-  if (index == LigneEtTexte || index == TexteUnique) {
-    txtEdition_->setText(QStringLiteral("votre texte ici"));
-    chkNumAuto_->setEnabled(true);
+  if (txtEdition_->text() != o_.Texte()) Sans(txtEdition_, [&](QLineEdit* t) { t->setText(o_.Texte()); });
+
+  // The captions.
+  lblLongueurLigne_->setText(o_.TexteLongueur());
+  lblAngle_->setText(o_.TexteAngle());
+  if (styleAngleVu_ != o_.StyleDeLAngle()) {
+    styleAngleVu_ = o_.StyleDeLAngle();
+    const bool net = *styleAngleVu_ == StyleAngle::Net;
+    QFont f = lblAngle_->font();
+    f.setBold(net);
+    lblAngle_->setFont(f);
+    Colorer(lblAngle_, net ? VersQColor(kVertClair) : QApplication::palette().color(QPalette::Button));
+  }
+  lblCompteur_->setText(o_.TexteUndo());
+  lblX_->setText(o_.TexteX());
+  lblY_->setText(o_.TexteY());
+  lblGaucheDroite_->setText(o_.Legende());
+  lblInfoGrille_->setText(o_.InfoGrille());
+  lblEquivMicrons_->setText(o_.EquivMicrons());
+
+  // The floating boxes.
+  const Flottants& f = o_.Boites();
+  const auto placer = [](QWidget* w, bool visible, QPoint pos) {
+    if (!visible) {
+      w->hide();
+      return;
+    }
+    w->move(pos);
+    w->show();
+    w->raise();
+  };
+  placer(picEditeur_, f.editeur, f.posEditeur);
+  placer(picValidation_, f.validation, f.posValidation);
+  if (f.reperes) {
+    lngRepereV_->setGeometry(f.repereV);
+    lngRepereH_->setGeometry(f.repereH);
+  }
+  lngRepereV_->setVisible(f.reperes);
+  lngRepereH_->setVisible(f.reperes);
+  if (o_.PrendreFocus()) {
+    txtEdition_->setFocus();
+    txtEdition_->selectAll();
+  }
+
+  // The cross-hair.
+  const Croix& x = o_.LaCroix();
+  if (x.couleur != couleurCroixVue_) {
+    couleurCroixVue_ = x.couleur;
+    Colorer(linCrossH_, VersQColor(x.couleur));
+    Colorer(linCrossV_, VersQColor(x.couleur));
+  }
+  if (x.Visible()) {
+    linCrossH_->setGeometry(x.Horizontale());
+    linCrossV_->setGeometry(x.Verticale());
+    linCrossH_->show();
+    linCrossV_->show();
+    linCrossH_->raise();
+    linCrossV_->raise();
   } else {
-    chkNumAuto_->setChecked(false);
-    chkNumAuto_->setEnabled(false);
+    linCrossH_->hide();
+    linCrossV_->hide();
   }
+
+  // The collage.
+  placer(picCollage_, o_.CollageEnCours() && o_.ImageCollageVisible(), o_.PositionCollage());
+  placer(shpCollage_, o_.CollageEnCours() && o_.ContourCollageVisible(), o_.PositionCollage());
+  picValidationCollage_->setVisible(o_.CollageEnCours());
+  if (!o_.CollageEnCours() && !picCollage_->pixmap().isNull()) picCollage_->clear();
+
+  Rafraichir();
 }
 
-void frmAnnotations2::ChoisirPointeur(int index) {
-  ValiderEdition();
-  r_.PointerChoose = int16_t(index);
-  if (index == 1) r_.PointerSize = 60;
-  if (index == 3) r_.PointerSize = 16;
-  combTaillePointeur_->setCurrentText(QString::number(r_.PointerSize));
-}
-
-void frmAnnotations2::ChoisirCouleurCotes(int index) {
-  ValiderEdition();
-  r_.CoteColor = r_.LineColor = kCouleursCotes[size_t(index)];
-  couleurDessin_ = r_.LineColor;
-  MajExemple();
-}
-
-void frmAnnotations2::CouleurLigne(int32_t couleur) {
-  r_.LineColor = couleur;
-  couleurDessin_ = couleur;
-  MajExemple();
-}
-
-void frmAnnotations2::CouleurTexte(int32_t couleur) {
-  r_.TxtFontColor = couleur;
-  if (chkCouleurTxtplusLigne_->isChecked()) CouleurLigne(couleur);
-  MajExemple();
-}
-
-void frmAnnotations2::optFondTexte(int index) {
-  ValiderEdition();
-  if (index == 0) {
-    r_.TxtBackColor = -1;
-  } else {
-    r_.TxtBack = true;
-    // A first opaque background is white: black (0) cannot be chosen here.
-    if (r_.TxtBackColor <= 0) r_.TxtBackColor = 0xFFFFFF;
+// Repaints the whole picture when it changed, else what the layer covered and covers.
+void frmAnnotations2::Rafraichir() {
+  const QRect avant = zoneCalque_;
+  zoneCalque_ = o_.Calque().Boite();
+  if (generationVue_ != o_.Generation()) {
+    generationVue_ = o_.Generation();
+    picImage_->update();
+    return;
   }
-  MajExemple();
+  const QRect zone = avant | zoneCalque_;
+  if (!zone.isEmpty()) picImage_->update(zone);
 }
 
-void frmAnnotations2::picStyle(int index) {
-  if (index < 0 || index >= int(kStylesRapides.size())) return;
-  ValiderEdition();
-  const bool avec = chkCouleurTxtplusLigne_->isChecked();
-  chkCouleurTxtplusLigne_->setChecked(false);
-  AppliquerStyle(r_, kStylesRapides[size_t(index)]);
-  EcritureIni();
-  ChargerValeurs();
-  chkCouleurTxtplusLigne_->setChecked(avec);
-}
-
-void frmAnnotations2::chkNumAuto(bool coche) {
-  lblStart_->setEnabled(coche);
-  txtCptNumAuto_->setEnabled(coche);
-  cmdNumAuto_->setEnabled(coche);
-  if (!coche) txtEdition_->setText(QStringLiteral("votre texte ici"));
-}
-
-void frmAnnotations2::cmdNumAuto() {
-  double v = 0;
-  if (LireNombre(txtCptNumAuto_->text(), v) && v >= 0 && v < 32768) {
-    cptNumAuto_ = int(VersEntier(v));
-    Colorer(txtCptNumAuto_, VersQColor(kVertClair));
-  } else {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Num Auto : Chiffres uniquement !"),
-                        Icone::Exclamation);
-    txtCptNumAuto_->setText(QString::number(cptNumAuto_));
-    Colorer(txtCptNumAuto_, Qt::white);
-  }
-}
-
-void frmAnnotations2::ChangerPasGrille(QLineEdit* texte, QSpinBox* pas) {
-  double v = 0;
-  if (!LireNombre(texte->text(), v)) return;
-  const int borne = BornerPasGrille(int(std::clamp(v, -1.0, 100000.0)));
-  if (borne != v) {
-    texte->setText(QString::number(borne));
-    return;  // the change of text comes back here with the bounded value
-  }
-  pas->setValue(borne);
-}
-
-void frmAnnotations2::ChoisirCouleurGrille(int index) {
-  couleurGrille_ = kCouleursGrille[size_t(index)];
-  for (int i = 0; i < int(kCouleursGrille.size()); ++i) {
-    picColorGrille_[i]->setChecked(i == index);
-    picColorGrille_[i]->setStyleSheet(QStringLiteral("background-color: %1; border: %2;")
-                                          .arg(VersQColor(kCouleursGrille[size_t(i)]).name(),
-                                               i == index ? QStringLiteral("3px solid red")
-                                                          : QStringLiteral("1px solid #808080")));
-  }
+void frmAnnotations2::Peindre(QPainter& p, const QRect& zone) const {
+  p.drawImage(zone.topLeft(), o_.Travail(), zone);
+  if (!zone.intersects(zoneCalque_)) return;
+  p.setClipRect(zone);
+  o_.Calque().Dessiner(p);
 }
 
 void frmAnnotations2::Replier(QFrame* cadre, bool replie) {
@@ -884,402 +862,61 @@ void frmAnnotations2::Replier(QFrame* cadre, bool replie) {
   }
 }
 
-// ---------------------------------------------------------------- layer and display
-
-void frmAnnotations2::Peindre(QPainter& p, const QRect& zone) const {
-  p.drawImage(zone.topLeft(), travail_, zone);
-  if (!zone.intersects(zoneCalque_)) return;
-  p.setClipRect(zone);
-  calque_.Dessiner(p);
-}
-
-void frmAnnotations2::Rafraichir(const QRect& zone) {
-  if (!zone.isEmpty()) picImage_->update(zone);
-}
-
-// Shows the layer as it now stands: repaints what it covered and what it covers.
-void frmAnnotations2::Dessiner() {
-  const QRect avant = zoneCalque_;
-  zoneCalque_ = calque_.Boite();
-  Rafraichir(avant | zoneCalque_);
-}
-
-void frmAnnotations2::Montrer() {
-  zoneCalque_ = calque_.Boite();
-  picImage_->update();
-}
-
-void frmAnnotations2::ValiderEdition() {
-  picEditeur_->hide();
-  picValidation_->hide();
-  lngRepereV_->hide();
-  lngRepereH_->hide();
-  calque_.Effacer();
-  Dessiner();
-}
-
-void frmAnnotations2::Erreur(const QString& texte) {
-  Dialogues().Message(QLatin1String(TitreProgramme), texte, Icone::Critique);
-}
-
-void frmAnnotations2::ErreurGarde(const QString& procedure, const QString& description) {
-  Dialogues().Message(QLatin1String(TitreProgramme),
-                      QStringLiteral("Error 13 (") + description + QStringLiteral(") in procedure ") + procedure +
-                          QStringLiteral(" of Feuille ") + kNomFeuille,
-                      Icone::Critique);
-}
-
-// ---------------------------------------------------------------- cross-hair
-
-void frmAnnotations2::AppliquerCroix(int forme, int couleur) {
-  if (forme >= 0) {
-    epaisseurCroix_ = kFormesCroix[size_t(forme)].epaisseur;
-    longueurCroix_ = kFormesCroix[size_t(forme)].longueur;
-  }
-  if (couleur >= 0) couleurCroix_ = kCouleursCroix[size_t(couleur)];
-  MajCroix();
-}
-
-void frmAnnotations2::MajCroix() {
-  Colorer(linCrossH_, VersQColor(couleurCroix_));
-  Colorer(linCrossV_, VersQColor(couleurCroix_));
-  if (croix_.x() >= 0) PlacerCroix(croix_);
-}
-
-void frmAnnotations2::PlacerCroix(QPointF p) {
-  croix_ = p;
-  const int x = int(p.x()), y = int(p.y());
-  if (longueurCroix_ <= 0) {
-    linCrossH_->hide();
-    linCrossV_->hide();
-    return;
-  }
-  const int demi = longueurCroix_ / 2;
-  linCrossH_->setGeometry(x - demi, y - epaisseurCroix_ / 2, longueurCroix_, epaisseurCroix_);
-  linCrossV_->setGeometry(x - epaisseurCroix_ / 2, y - demi, epaisseurCroix_, longueurCroix_);
-  linCrossH_->show();
-  linCrossV_->show();
-  linCrossH_->raise();
-  linCrossV_->raise();
-}
-
-// ---------------------------------------------------------------- lines
-
-void frmAnnotations2::CalculAngle(float x, float y) {
-  // Mouse positions are whole pixels, so dx never rounds to 0 off the axis.
-  tg::CalculAngle(debutX_, debutY_, x, y, angleLigne_);
-}
-
-void frmAnnotations2::BriderLigne(float x0, float y0) {
-  const int s = AngleBride(angleLigne_);
-  const bool cercle = r_.PointerChoose == 1 && Mode() != Cotes;
-  const PointF fin = FinBridee({x0, y0}, s, LongueurTracee(float(longueurLigne_), r_.PointerSize, cercle));
-  calque_.Ligne({x0, y0}, fin, couleurDessin_, epaisseurDessin_);
-  brideX_ = fin.x;
-  brideY_ = fin.y;
-  angleLigne_ = s;
-}
-
-void frmAnnotations2::DessinerExtLigne(float x, float y, double angle, int longueur) {
-  const auto [a, b] = tg::DessinerExtLigne({x, y}, angle, longueur, angleLigne_);
-  calque_.Ligne(a.de, a.a, couleurDessin_, epaisseurDessin_);
-  calque_.Ligne(b.de, b.a, couleurDessin_, epaisseurDessin_);
-}
-
-void frmAnnotations2::LigneElastique(float x, float y) {
-  const ModeAnnotation mode = Mode();
-  // 1.
-  longueurLigne_ = int(VersEntier(Distance(debutX_, debutY_, x, y)));
-  lblLongueurLigne_->setText(QStringLiteral("Long. = %1 pix").arg(longueurLigne_));
-  // 2.
-  const bool cercle = r_.PointerChoose == 1 && mode != Cotes;
-  if (cercle) {
-    const PointF m = SoustrairePointeur({x, y}, float(longueurLigne_), r_.PointerSize, angleLigne_);
-    milieuX_ = m.x;
-    milieuY_ = m.y;
-  }
-  if (chkBriderLigne_->isChecked()) {
-    if (cercle) BriderLigne(milieuX_, milieuY_);
-    else BriderLigne(debutX_, debutY_);
-  } else {
-    calque_.Ligne(cercle ? PointF{milieuX_, milieuY_} : PointF{debutX_, debutY_}, {x, y}, couleurDessin_,
-                  epaisseurDessin_);
-  }
-  // 3.
-  const long long d = VersEntier(angleLigne_);
-  QFont f = lblAngle_->font();
-  if (DirectionNette(d)) {
-    if (!chkBriderLigne_->isChecked()) {
-      f.setBold(true);
-      lblAngle_->setFont(f);
-      Colorer(lblAngle_, VersQColor(kVertClair));
-    }
-  } else {
-    f.setBold(false);
-    lblAngle_->setFont(f);
-    Colorer(lblAngle_, QApplication::palette().color(QPalette::Button));
-  }
-  lblAngle_->setText(QStringLiteral("Angle = %1°").arg(d));
-  // 4. and 5.
-  if (mode == Cotes) {
-    DessinerExtLigne(debutX_, debutY_, 90, 4);
-    return;
-  }
-  switch (r_.PointerChoose) {
-    case 1:
-      calque_.Cercle({debutX_, debutY_}, r_.PointerSize, couleurDessin_, epaisseurDessin_);
-      break;
-    case 2:
-      calque_.Carre({debutX_ - r_.PointerSize / 2.0f, debutY_ - r_.PointerSize / 2.0f}, r_.PointerSize,
-                    couleurDessin_, epaisseurDessin_);
-      break;
-    case 3: {
-      // The arrow's angle is read from the list's text at each move.
-      double angle = 0;
-      if (!LireNombre(combAngleFleche_->currentText(), angle)) {
-        if (!gardeFleche_) ErreurGarde(QStringLiteral("DessinerExtLigne"), QStringLiteral("Incompatibilité de type"));
-        gardeFleche_ = true;
-        break;
-      }
-      DessinerExtLigne(debutX_, debutY_, angle, r_.PointerSize);
-      break;
-    }
-    default:
-      break;
-  }
-}
-
 // ---------------------------------------------------------------- mouse
 
+void frmAnnotations2::TaillesBoites(bool ajuster) {
+  if (ajuster) {
+    picEditeur_->adjustSize();
+    picValidation_->adjustSize();
+  }
+  o_.DefinirTaillesBoites(
+      {picEditeur_->width(), picEditeur_->height(), picValidation_->width(), picValidation_->height()});
+}
+
 void frmAnnotations2::SourisAppuyee(QPointF pos, Qt::MouseButton bouton) {
-  const QPointF p = Pixel(pos);
-  const float x = float(p.x()), y = float(p.y());
-  PlacerCroix(p);
-  if (collageEnCours_) {
-    if (bouton != Qt::LeftButton) return;
-    const QPoint coin(int(x) - collage_.width() / 2, int(y) - collage_.height() / 2);
-    shpCollage_->move(coin);
-    picCollage_->move(coin);
-    collageFige_ = false;
-    picCollage_->show();
-    return;
-  }
-  if (bouton != Qt::LeftButton) return;
-  boutonGauche_ = true;
-  gardeFleche_ = false;
-  const ModeAnnotation mode = Mode();
-  if (chkNumAuto_->isChecked()) txtEdition_->setText(QStringLiteral(" %1 ").arg(cptNumAuto_));
-  if (mode != TexteUnique) {
-    picEditeur_->hide();
-    picValidation_->hide();
-  } else {
-    picEditeur_->show();
-    picEditeur_->raise();
-    picValidation_->hide();
-  }
-  if (mode == Cotes) {
-    couleurDessin_ = r_.CoteColor;
-    epaisseurDessin_ = 2;
-  } else {
-    // The dimension's colour and width end with it.
-    couleurDessin_ = r_.LineColor;
-    epaisseurDessin_ = r_.LineBorder;
-  }
-  lngRepereH_->hide();
-  lngRepereV_->hide();
-  debutX_ = x;
-  debutY_ = y;
-  finX_ = finY_ = brideX_ = brideY_ = ecartX_ = ecartY_ = 0;
-  angleLigne_ = 0;
-  longueurLigne_ = 0;
-  milieuX_ = milieuY_ = 0;
+  TaillesBoites(false);
+  o_.Appuyer(Pixel(pos), bouton == Qt::LeftButton);
+  Montrer();
 }
 
 void frmAnnotations2::SourisDeplacee(QPointF pos, Qt::MouseButtons boutons) {
-  const QPointF p = Pixel(pos);
-  const float x = float(p.x()), y = float(p.y());
-  PlacerCroix(p);
-  if (collageEnCours_) {
-    if (!collageFige_) {
-      const QPoint coin(int(x) - collage_.width() / 2, int(y) - collage_.height() / 2);
-      shpCollage_->move(coin);
-      picCollage_->move(coin);
-    }
-    return;
-  }
-  if (!(boutons & Qt::LeftButton) || !boutonGauche_) return;
-  calque_.Effacer();
-  CalculAngle(x, y);
-  if (Mode() != TexteUnique) {
-    LigneElastique(x, y);
-  } else {
-    picEditeur_->move(Dedans({int(x) - picEditeur_->width() / 2, int(y)}, picEditeur_, picImage_));
-  }
-  Dessiner();
+  TaillesBoites(false);
+  o_.Deplacer(Pixel(pos), boutons & Qt::LeftButton);
+  Montrer();
 }
 
 void frmAnnotations2::SourisRelachee(QPointF pos, Qt::MouseButton bouton) {
-  const QPointF p = Pixel(pos);
-  const float x = float(p.x()), y = float(p.y());
-  if (collageEnCours_) {
-    picCollage_->move(shpCollage_->pos());
-    picCollage_->show();
-    picCollage_->raise();
-    collageFige_ = true;
-    return;
-  }
-  if (bouton != Qt::LeftButton || !boutonGauche_) return;
-  boutonGauche_ = false;
-  const ModeAnnotation mode = Mode();
-  // a.
-  QFont f = lblAngle_->font();
-  f.setBold(false);
-  lblAngle_->setFont(f);
-  Colorer(lblAngle_, QApplication::palette().color(QPalette::Button));
-  picEditeur_->adjustSize();
-  picValidation_->adjustSize();
-  const int w = picEditeur_->width(), h = picEditeur_->height();
-  const int wv = picValidation_->width(), hv = picValidation_->height();
-  // b.
-  if (chkBriderLigne_->isChecked()) {
-    finX_ = brideX_;
-    finY_ = brideY_;
-  } else {
-    finX_ = x;
-    finY_ = y;
-  }
-  if (mode == TexteUnique) {
-    // g.
-    const int ix = int(x), iy = int(y);
-    lngRepereV_->setGeometry(ix, iy - 30, 1, 81);
-    lngRepereH_->setGeometry(ix - 80, iy, 161, 1);
-    lngRepereV_->show();
-    lngRepereH_->show();
-    picEditeur_->move(Dedans({ix - w / 2, iy}, picEditeur_, picImage_));
-    picEditeur_->show();
-    picEditeur_->raise();
-    picValidation_->move(Dedans(PlacerValidationTexteUnique({ix, iy}, w, h, hv, hauteurImage_), picValidation_, picImage_));
-    picValidation_->show();
-    picValidation_->raise();
-    txtEdition_->setFocus();
-    txtEdition_->selectAll();
-    debutX_ = x;
-    debutY_ = y;
-    return;
-  }
-  // c. A line ending at (0, 0) or shorter than 10 pixels is no line.
-  if ((finX_ == 0 && finY_ == 0) || longueurLigne_ < 10) {
-    ValiderEdition();
-    return;
-  }
-  ecartX_ = finX_ - debutX_;
-  ecartY_ = finY_ - debutY_;
-  lblX_->setText(QStringLiteral("l.X = ") + TexteReel(ecartX_, s_.SeparateurDecimal));
-  lblY_->setText(QStringLiteral("l.Y = ") + TexteReel(ecartY_, s_.SeparateurDecimal));
-  placement_ = FlagsPlacement(ecartX_, ecartY_, angleLigne_);
-  const PositionEditeur pos2 = PlacerEditeur(placement_, {finX_, finY_}, w, h, wv, largeurImage_);
-  picEditeur_->move(Dedans(pos2.editeur, picEditeur_, picImage_));
-  picValidation_->move(Dedans(pos2.validation, picValidation_, picImage_));
-  lblGaucheDroite_->setText(pos2.legende);
-  switch (mode) {
-    case LigneEtTexte:  // d. the text waits for the user
-      picEditeur_->show();
-      picValidation_->show();
-      picEditeur_->raise();
-      picValidation_->raise();
-      txtEdition_->setFocus();
-      txtEdition_->selectAll();
-      break;
-    case LigneUnique:  // e.
-      picEditeur_->hide();
-      picValidation_->hide();
-      txtEdition_->setText(QStringLiteral(" "));
-      CollerTexte();
-      break;
-    case Cotes: {  // f.
-      picEditeur_->hide();
-      picValidation_->hide();
-      txtEdition_->setText(QStringLiteral(" "));
-      DessinerExtLigne(finX_, finY_, 90, 4);
-      const PointF m = CalculerMillieuLigne({finX_, finY_}, float(longueurLigne_), angleLigne_);
-      milieuX_ = m.x;
-      milieuY_ = m.y;
-      CollerTexte();
-      break;
-    }
-    default:
-      break;
-  }
+  TaillesBoites(true);
+  o_.Relacher(Pixel(pos), bouton == Qt::LeftButton);
+  Montrer();
 }
 
-// ---------------------------------------------------------------- commits
-
-void frmAnnotations2::Valider(const QImage& avant) {
-  memoire_.Ajouter(avant, travail_);
-  ++nbUndo_;
-  lblCompteur_->setText(QStringLiteral("Undo : %1").arg(nbUndo_));
-}
+// ---------------------------------------------------------------- the named operations
 
 void frmAnnotations2::CollerTexte() {
-  // 1.
-  if (nbUndo_ > kDernierCollerTexte) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Attention, maximum de textes (undo) atteint !"),
-                        Icone::Exclamation);
-    ValiderEdition();
-    return;
-  }
-  const ModeAnnotation mode = Mode();
-  // 2.
-  const QString texte = TexteTampon(txtEdition_->text(), optFondTexte_[1]->isChecked());
-  // 3. The capture freezes the layer into the picture.
-  const QImage avant = travail_.copy();
-  {
-    QPainter p(&travail_);
-    calque_.Dessiner(p);
-  }
-  // 4.
-  lngRepereV_->hide();
-  lngRepereH_->hide();
-  // 5.
-  if (mode == Cotes) {
-    const QString valeur = TexteCote(float(longueurLigne_), s_.EchellePix, s_.EchelleMic,
-                                     optUniteCote_[1]->isChecked(), r_.CoteUnite, SeparateurDecimalSysteme());
-    if (!valeur.isEmpty()) {
-      const TexteSurImage t = TamponCote({milieuX_, milieuY_}, angleLigne_, r_);
-      cAdvancedImagery::DessinerTexte(travail_, valeur, t);
-    }
-  } else if (mode != LigneUnique) {
-    // A plain line carries a blank text, which would only show an opaque background.
-    const TexteSurImage t = TamponTexte(mode, placement_, {debutX_, debutY_}, {finX_, finY_}, r_);
-    const QString refus = cAdvancedImagery::RefusTexte(t);
-    if (!refus.isEmpty()) Erreur(QStringLiteral("Error - ") + refus);
-    else cAdvancedImagery::DessinerTexte(travail_, texte, t);
-  }
-  // 6. and 7.
-  Valider(avant);
-  // 8.
-  if (mode != LigneUnique && mode != Cotes) {
-    if (chkNumAuto_->isChecked()) ++cptNumAuto_;
-    txtCptNumAuto_->setText(QString::number(cptNumAuto_));
-  }
-  // 9.
-  ValiderEdition();
+  o_.CollerTexte();
+  Montrer();
+}
+
+void frmAnnotations2::ValiderEdition() {
+  o_.ValiderEdition();
+  Montrer();
+}
+
+void frmAnnotations2::ViderUndo() {
+  o_.ViderUndo();
+  Montrer();
+}
+
+void frmAnnotations2::RetablirDefaut() {
+  o_.RetablirDefaut();
+  MontrerReglages();
   Montrer();
 }
 
 void frmAnnotations2::cmdUndo() {
-  ValiderEdition();
-  if (nbUndo_ == 0 || memoire_.Nombre() == 0) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Aucune entrée !"), Icone::Information);
-    return;
-  }
-  memoire_.Annuler(travail_);
-  --nbUndo_;
+  o_.cmdUndo();
   Montrer();
-  MajCompteurs();
-  // Every undo takes a number back, whether or not the step used one; the
-  // box keeps showing the old value until the next commit.
-  if (cptNumAuto_ > 0) --cptNumAuto_;
 }
 
 void frmAnnotations2::cmdToutEffacer() {
@@ -1287,161 +924,106 @@ void frmAnnotations2::cmdToutEffacer() {
                            QStringLiteral("Voulez-vous effacer TOUS les textes (et collages) ?"), Boutons::OuiNon,
                            Reponse::Non, Icone::Question) != Reponse::Oui)
     return;
-  travail_ = depart_.copy();
+  o_.ToutEffacer();
   Montrer();
-  ViderUndo();
-  ValiderEdition();
 }
 
-void frmAnnotations2::ViderUndo() {
-  memoire_.Vider();
-  nbUndo_ = 0;
-  cptNumAuto_ = 1;
-  txtCptNumAuto_->setText(QStringLiteral("1"));
-  MajCompteurs();
+void frmAnnotations2::picStyle(int index) {
+  o_.picStyle(index);
+  MontrerReglages();
+  Montrer();
 }
-
-void frmAnnotations2::RetablirDefaut() {
-  if (QFile::exists(cheminIni_)) QFile::remove(cheminIni_);
-  ChargerValeurs();
-  EcritureIni();
-  ValiderEdition();
-}
-
-// ---------------------------------------------------------------- grid
 
 void frmAnnotations2::cmdGrille(int index) {
-  ValiderEdition();
-  if (index == 1) return;
-  const int pasL = UpDownL_->value(), pasH = UpDownH_->value();
-  calque_.Effacer();
-  TracerGrille(calque_, largeurImage_, hauteurImage_, pasL, pasH, couleurGrille_);
-  lblInfoGrille_->setText(TexteInfoGrille(largeurImage_, hauteurImage_, pasL, pasH));
-  lblEquivMicrons_->setText(TexteEquivMicrons(s_.EchellePix, s_.EchelleMic, pasL, pasH));
-  Dessiner();
+  o_.cmdGrille(index);
+  Montrer();
+}
+
+void frmAnnotations2::ChangerPasGrille(QLineEdit* texte, QSpinBox* pas) {
+  const std::optional<PasSaisi> v = LirePasGrille(texte->text());
+  if (!v) return;
+  if (v->corrige) {
+    texte->setText(QString::number(v->valeur));
+    return;  // the change of text comes back here with the bounded value
+  }
+  pas->setValue(v->valeur);
+}
+
+void frmAnnotations2::ChoisirCouleurGrille(int index) {
+  o_.ChoisirCouleurGrille(index);
+  for (int i = 0; i < int(kCouleursGrille.size()); ++i) {
+    const bool choisie = i == o_.CouleurGrille();
+    picColorGrille_[i]->setChecked(choisie);
+    picColorGrille_[i]->setStyleSheet(QStringLiteral("background-color: %1; border: %2;")
+                                          .arg(VersQColor(kCouleursGrille[size_t(i)]).name(),
+                                               choisie ? QStringLiteral("3px solid red")
+                                                       : QStringLiteral("1px solid #808080")));
+  }
 }
 
 // ---------------------------------------------------------------- collage
 
+void frmAnnotations2::BordCollage() {
+  o_.DefinirBordCollage(optBordVignette_[0]->isChecked(), Coche(optEpBord_), Coche(optCoulBord_));
+}
+
 void frmAnnotations2::cmdOuvrirImage(int index) {
-  ValiderEdition();
-  if (collageEnCours_) {
+  if (!o_.NouveauCollagePossible()) {
     Replier(fraCollage_, true);
-    Dialogues().Message(QStringLiteral("Collage en cours"),
-                        QStringLiteral("Vous avez déjà un collage en cours ...\nVeuillez finaliser celui-ci !"),
-                        Icone::Exclamation);
+    Montrer();
     return;
   }
+  bool charge = false;
   if (index == 0) {
-    QString dossier = s_.RepTravail;
-    if (dossier.isEmpty() || !QFileInfo(dossier).isDir()) dossier = s_.DocPath.isEmpty() ? DossierDocuments() : s_.DocPath;
     const QString chemin = Dialogues().FichierOuvrir(
-        QStringLiteral("  Choisir une image ..."), dossier,
+        QStringLiteral("  Choisir une image ..."), DossierCollage(s_),
         QStringLiteral("Tous formats supportés|*.jpg;*.jpeg;*.bmp;*.png;*.psd;*.pcd;*.gif|JPG (*.jpg)|*.jpg;*.jpeg|"
                        "BMP (*.bmp)|*.bmp|PNG (*.png)|*.png|PSD (*.psd)|*.psd|PCD (*.pcd)|*.pcd|GIF (*.gif)|*.gif"));
-    if (chemin.isEmpty()) return;
-    ChargerImageCollage(chemin, false);
-    return;
+    if (!chemin.isEmpty()) {
+      QApplication::setOverrideCursor(Qt::WaitCursor);
+      const bool lu = o_.LireCollage(chemin);
+      QApplication::restoreOverrideCursor();
+      charge = lu && o_.PreparerCollage(true);
+    }
+  } else {
+    charge = o_.CollerDuPressePapier() && o_.PreparerCollage(false);
   }
-  Bitmap presse;
-  if (!ai_.Clipboard_Get(presse) || !ai_.Convert_ImageToPicture(presse, collage_)) {
-    Dialogues().Message(QStringLiteral("Presse-papier"),
-                        QStringLiteral("Votre presse papier semble vide\nou ne contient pas d'image ..."),
-                        Icone::Exclamation);
-    return;
-  }
-  ChargerImageCollage(QString(), true);
+  if (charge) MontrerCollage();
+  Montrer();
 }
 
 void frmAnnotations2::ChargerImageCollage(const QString& chemin, bool pressePapier) {
-  const bool fichier = !(chemin.isEmpty() && pressePapier);
-  if (fichier) {
-    Bitmap b;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool lu = ai_.IO_LoadImage(chemin, b) && ai_.Convert_ImageToPicture(b, collage_);
-    QApplication::restoreOverrideCursor();
-    if (!lu) {
-      Erreur(QStringLiteral("Error(A) - ") + ai_.Error_GetLast());
-      AnnulerCollage();
-      return;
-    }
-  }
-  if (collage_.isNull()) return;
-  if (collage_.format() != QImage::Format_RGB32) collage_ = collage_.convertToFormat(QImage::Format_RGB32);
-  if (CollageTropGrand(collage_.width(), collage_.height(), largeurImage_, hauteurImage_, fichier)) {
-    AnnulerCollage();
-    Dialogues().Message(QStringLiteral(" Erreur collage"),
-                        QStringLiteral("Votre collage est plus grand que l'image de destination !"),
-                        Icone::Exclamation);
-    return;
-  }
-  if (optBordVignette_[0]->isChecked()) {
-    const int epaisseur = optEpBord_[0]->isChecked() ? 1 : optEpBord_[1]->isChecked() ? 2 : 4;
-    const int32_t couleur = optCoulBord_[0]->isChecked() ? 0x000000 : optCoulBord_[1]->isChecked() ? 0xC0C0C0 : 0xFFFFFF;
-    BorderCollage(collage_, epaisseur, couleur);
-  }
-  picCollage_->setPixmap(QPixmap::fromImage(collage_));
-  picCollage_->setFixedSize(collage_.size());
-  shpCollage_->setFixedSize(collage_.size());
+  if (o_.ChargerImageCollage(chemin, pressePapier)) MontrerCollage();
+  Montrer();
+}
+
+// The collage waiting to be placed: its picture, its outline's size, the frames folded.
+void frmAnnotations2::MontrerCollage() {
+  picCollage_->setPixmap(QPixmap::fromImage(o_.ImageCollage()));
+  picCollage_->setFixedSize(o_.ImageCollage().size());
+  shpCollage_->setFixedSize(o_.ImageCollage().size());
   Replier(fraTexte_, true);
   Replier(fraLigne_, true);
   Replier(fraCollage_, true);
-  collageEnCours_ = collageFige_ = true;
-  picCollage_->move(0, 0);
-  shpCollage_->move(0, 0);
-  picCollage_->show();
-  picCollage_->raise();
-  picValidationCollage_->show();
-  MajCompteurs();
-  Dialogues().Message(QStringLiteral(" Infos collage"),
-                      QStringLiteral("Cliquez (1x) sur votre collage puis le déplacer.\nCliquez à nouveau pour figer.\n"
-                                     "Finalement, validez (ou annulez)."),
-                      Icone::Information);
-  ValiderEdition();
 }
 
-QPoint frmAnnotations2::PositionCollage() const { return shpCollage_->pos(); }
-
 void frmAnnotations2::CollerPicCollage() {
-  if (!collageEnCours_) return;
-  if (nbUndo_ >= kUndoMax) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Attention, maximum de textes (undo) atteint !"),
-                        Icone::Exclamation);
-    AnnulerCollage();
-    return;
-  }
-  const QPoint coin = shpCollage_->pos();
-  const QImage avant = travail_.copy();
-  {
-    QPainter p(&travail_);
-    p.setCompositionMode(QPainter::CompositionMode_Source);
-    p.drawImage(coin, collage_);
-  }
-  Valider(avant);
+  o_.CollerPicCollage();
   Montrer();
-  AnnulerCollage();
 }
 
 void frmAnnotations2::AnnulerCollage() {
-  picCollage_->hide();
-  shpCollage_->hide();
-  picCollage_->clear();
-  collage_ = QImage();
-  collageEnCours_ = collageFige_ = false;
-  picValidationCollage_->hide();
+  o_.AnnulerCollage();
+  Montrer();
 }
 
 bool frmAnnotations2::eventFilter(QObject* objet, QEvent* e) {
   if (objet == picCadre_ && e->type() == QEvent::Resize) PlacerBarres();
-  if (objet == picCollage_ && e->type() == QEvent::MouseButtonPress && collageEnCours_) {
-    // A click on the collage lifts it: the outline then follows the mouse.
+  if (objet == picCollage_ && e->type() == QEvent::MouseButtonPress && o_.Soulever()) {
     Replier(fraTexte_, true);
     Replier(fraLigne_, true);
     Replier(fraCollage_, true);
-    picCollage_->hide();
-    shpCollage_->show();
-    shpCollage_->raise();
-    collageFige_ = false;
+    Montrer();
     return true;
   }
   return QWidget::eventFilter(objet, e);
@@ -1450,7 +1032,7 @@ bool frmAnnotations2::eventFilter(QObject* objet, QEvent* e) {
 // ---------------------------------------------------------------- scrolling
 
 void frmAnnotations2::PlacerBarres() {
-  const bool h = largeurImage_ > picCadre_->width(), v = hauteurImage_ > picCadre_->height();
+  const bool h = o_.Largeur() > picCadre_->width(), v = o_.Hauteur() > picCadre_->height();
   HScroll1_->setVisible(h);
   VScroll1_->setVisible(v);
   if (!h) HScroll1_->setValue(0);
@@ -1459,8 +1041,8 @@ void frmAnnotations2::PlacerBarres() {
 }
 
 void frmAnnotations2::Defiler() {
-  const int dx = std::max(0, largeurImage_ - picCadre_->width());
-  const int dy = std::max(0, hauteurImage_ - picCadre_->height());
+  const int dx = std::max(0, o_.Largeur() - picCadre_->width());
+  const int dy = std::max(0, o_.Hauteur() - picCadre_->height());
   picImage_->move(-dx * HScroll1_->value() / 100, -dy * VScroll1_->value() / 100);
 }
 
@@ -1488,18 +1070,9 @@ void frmAnnotations2::Sauver() {
                                           "pas d'enregistrer votre image !)"),
                            Boutons::OuiNon, Reponse::Non, Icone::Question) != Reponse::Oui)
     return;
-  s_.Etape = 6;
-  if (principal_) principal_->AppliquerEtape();
-  Bitmap resultat;
-  if (!ai_.Convert_PictureToImage(travail_, resultat)) {
-    Erreur(QStringLiteral("Error - ") + ai_.Error_GetLast());
-  } else {
-    Bitmap copie;
-    if (!ai_.IO_Copy(resultat, copie)) Erreur(QStringLiteral("Error - ") + ai_.Error_GetLast());
-    else s_.ImageFormatee = std::move(copie);
-    s_.ImageCourante = std::move(resultat);
-  }
-  s_.AnnotationsPresentes = true;
+  o_.Sauver([this] {
+    if (principal_) principal_->AppliquerEtape();
+  });
   if (principal_) {
     principal_->AfficherImage(s_.ImageCourante);
     principal_->AfficherInfosImage();
@@ -1510,11 +1083,7 @@ void frmAnnotations2::Sauver() {
 void frmAnnotations2::Dechargement() {
   if (dechargee_) return;
   dechargee_ = true;
-  ViderUndo();
-  travail_ = QImage();
-  depart_ = QImage();
-  collage_ = QImage();
-  EcritureIni();
+  o_.Decharger();
   if (principal_) principal_->show();
 }
 

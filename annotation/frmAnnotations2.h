@@ -1,15 +1,18 @@
 #pragma once
 // frmAnnotations2: lines, arrows, dimension lines, text stamps, a grid and a
 // collage burnt into a private copy of the session picture, shown at 1:1.
-// Nothing reaches the session before "Valider et sortir". The drawing rules
-// live in GeometrieAnnotation.h and CanevasAnnotation.h; this window holds
-// the controls, the temporary layer and the memory of steps.
+// Nothing reaches the session before "Valider et sortir". The tools' state
+// and rules live in OutilsAnnotation; this window holds the controls, hands
+// them and the mouse to it and shows what it holds.
 #include <QImage>
 #include <QPointF>
 #include <QPointer>
 #include <QWidget>
 
+#include <optional>
+
 #include "annotation/CanevasAnnotation.h"
+#include "annotation/OutilsAnnotation.h"
 #include "annotation/ReglagesAnnotation.h"
 #include "core/SessionRecord.h"
 
@@ -66,17 +69,18 @@ class frmAnnotations2 : public QWidget {
   void picStyle(int index);
 
   // What the tests and the benchmarks read.
-  const QImage& Travail() const { return travail_; }
-  const QImage& Depart() const { return depart_; }
-  int NbUndo() const { return nbUndo_; }
-  int CptNumAuto() const { return cptNumAuto_; }
-  const MemoireUndo& Memoire() const { return memoire_; }
-  const ReglagesAnnotation& Reglages() const { return r_; }
-  const CalqueTemporaire& Calque() const { return calque_; }
-  double AngleLigne() const { return angleLigne_; }
-  int LongueurLigne() const { return longueurLigne_; }
-  bool CollageEnCours() const { return collageEnCours_; }
-  QPoint PositionCollage() const;
+  const OutilsAnnotation& Outils() const { return o_; }
+  const QImage& Travail() const { return o_.Travail(); }
+  const QImage& Depart() const { return o_.Depart(); }
+  int NbUndo() const { return o_.NbUndo(); }
+  int CptNumAuto() const { return o_.CptNumAuto(); }
+  const MemoireUndo& Memoire() const { return o_.Memoire(); }
+  const ReglagesAnnotation& Reglages() const { return o_.Reglages(); }
+  const CalqueTemporaire& Calque() const { return o_.Calque(); }
+  double AngleLigne() const { return o_.AngleLigne(); }
+  int LongueurLigne() const { return o_.LongueurLigne(); }
+  bool CollageEnCours() const { return o_.CollageEnCours(); }
+  QPoint PositionCollage() const { return o_.PositionCollage(); }
 
  protected:
   void closeEvent(QCloseEvent* e) override;
@@ -87,35 +91,18 @@ class frmAnnotations2 : public QWidget {
   void Construire();
   QWidget* ConstruireOutils();
   QWidget* ConstruireSorties();
-  void ChargerImageDepart();
-  void ChargerValeurs();
-  void EcritureIni();
-  void MajCompteurs();
-  void MajExemple();
-  void PlacerCroix(QPointF p);
-  void MajCroix();
-  void AppliquerCroix(int forme, int couleur);
-  void Dessiner();
-  void CalculAngle(float x, float y);
-  void BriderLigne(float x0, float y0);
-  void DessinerExtLigne(float x, float y, double angle, int longueur);
-  void LigneElastique(float x, float y);
+  // Shows the tools' state: floating boxes, captions, mode, numbering,
+  // cross-hair, collage, and repaints what changed.
   void Montrer();
-  void Rafraichir(const QRect& zone);
-  void Valider(const QImage& avant);
-  void Erreur(const QString& texte);
-  void ErreurGarde(const QString& procedure, const QString& description);
-  ModeAnnotation Mode() const;
-  void ChoisirMode(int index);
-  void ChoisirPointeur(int index);
-  void ChoisirCouleurCotes(int index);
-  void optFondTexte(int index);
-  void chkNumAuto(bool coche);
-  void cmdNumAuto();
+  // Shows the settings in their controls and the example.
+  void MontrerReglages();
+  void MajExemple();
+  void Rafraichir();
+  void TaillesBoites(bool ajuster);
+  void BordCollage();
+  void MontrerCollage();
   void ChangerPasGrille(QLineEdit* texte, QSpinBox* pas);
   void ChoisirCouleurGrille(int index);
-  void CouleurLigne(int32_t couleur);
-  void CouleurTexte(int32_t couleur);
   void PlacerBarres();
   void Defiler();
   void Replier(QFrame* cadre, bool replie);
@@ -123,43 +110,17 @@ class frmAnnotations2 : public QWidget {
   void Sauver();
 
   SessionRecord& s_;
-  cAdvancedImagery& ai_;
   QPointer<frmFichierPhoto> principal_;
-  ReglagesAnnotation r_;
-  QString cheminIni_;
-
-  QImage travail_;  // ImageTravail
-  QImage depart_;   // ImageUndo[0]
-  MemoireUndo memoire_;
-  CalqueTemporaire calque_;
-  QRect zoneCalque_;  // what the layer covered at the last drawing
-  int largeurImage_ = 0, hauteurImage_ = 0;
-  int nbUndo_ = 0;
-  int cptNumAuto_ = 1;
+  OutilsAnnotation o_;
   bool dechargee_ = false;
 
-  // The drag.
-  float debutX_ = 0, debutY_ = 0, finX_ = 0, finY_ = 0, brideX_ = 0, brideY_ = 0;
-  float ecartX_ = 0, ecartY_ = 0, milieuX_ = 0, milieuY_ = 0;
-  double angleLigne_ = 0;
-  int longueurLigne_ = 0;
-  Placement placement_;
-  bool boutonGauche_ = false;
-  bool gardeFleche_ = false;  // the arrow angle's error is shown once a drag
-  int32_t couleurDessin_ = 0x404040;  // the drawing colour and width of the layer
-  int epaisseurDessin_ = 2;
-
-  // The cross-hair.
-  int32_t couleurCroix_ = 0x0000FF;
-  int epaisseurCroix_ = 1, longueurCroix_ = 60;
-  QPointF croix_{-1, -1};
-
-  // The grid.
-  int32_t couleurGrille_ = 0x404040;
-
-  // The collage.
-  QImage collage_;
-  bool collageEnCours_ = false, collageFige_ = false;
+  // What is shown: the layer's pixels at the last drawing, the committed
+  // picture's generation, the styles last given to the labels.
+  QRect zoneCalque_;
+  int generationVue_ = -1;
+  std::optional<StyleAngle> styleAngleVu_;
+  std::optional<EtatCompteur> etatCompteurVu_;
+  int32_t couleurCroixVue_ = -1;
 
   // Controls.
   QWidget* fraOutils_ = nullptr;
