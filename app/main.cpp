@@ -14,6 +14,7 @@
 #include "core/modMain.h"
 #include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
+#include "platform/Dialogues.h"
 #include "platform/Langue.h"
 #include "platform/MessagesQt.h"
 #include "platform/Systeme.h"
@@ -55,6 +56,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QLatin1String(tg::TitreProgramme));
   // Qt's own dialogs and questions in French, before any window.
   tg::ChargerTraductionQt(app);
+  tg::InstallerDialoguesQt();
   SubstituerPolices();
 
   tg::SessionRecord session;

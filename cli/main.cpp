@@ -14,7 +14,7 @@
 #include "version.h"
 
 #ifndef TG_CLI_LEGER
-#include <QApplication>
+#include <QGuiApplication>
 
 #include "platform/MessagesQt.h"
 #endif
@@ -244,9 +244,9 @@ int main(int argc, char** argv) {
   tg::FiltrerMessagesQt();
   QStringList arguments;
   if (entree->second.dessin == Dessin::Oui) {
-    // Pictures and fonts need a GUI application; no display is used.
+    // Pictures and fonts need a GUI application, not widgets; no display is used.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    QGuiApplication app(argc, argv);
     arguments = QCoreApplication::arguments().mid(2);
     return entree->second.commande(arguments);
   }

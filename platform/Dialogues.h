@@ -71,9 +71,15 @@ QString SuffixeFiltre(const QString& filtre);
 QColor VersQColor(int bgr);
 int DepuisQColor(const QColor& couleur);
 
-// The dialogues in use: the Qt ones unless a test installed its double.
+// The dialogues in use: the installed ones, else the default ones (the Qt
+// dialogues once InstallerDialoguesQt has run), else messages on standard
+// error with questions taking their default answer.
 IDialogues& Dialogues();
-// Installs `d` (not owned) for the rest of the run; nullptr puts the Qt ones back.
+// Installs `d` (not owned) for the rest of the run; nullptr puts the default ones back.
 void InstallerDialogues(IDialogues* d);
+// The dialogues used when none is installed (not owned).
+void DefinirDialoguesParDefaut(IDialogues* d);
+// The Qt dialogues as the default ones (window library; needs a QApplication).
+void InstallerDialoguesQt();
 
 }  // namespace tg

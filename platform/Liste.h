@@ -41,6 +41,7 @@ class ListeSimple : public IListe {
   void DefinirTexte(const QString& t) override { texte = t; }
 };
 
+// Over a window's combo box and list box (window library).
 class ListeCombo : public IListe {
  public:
   explicit ListeCombo(QComboBox* combo) : combo_(combo) {}

@@ -1,3 +1,4 @@
+// The list interface over a window's combo box and list box.
 #include "platform/Liste.h"
 
 #include <QComboBox>

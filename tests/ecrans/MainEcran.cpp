@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/Dialogues.h"
 #include "tests/support/DossiersParTest.h"
 
 int main(int argc, char** argv) {
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
   // Test discovery runs the binary without the test environment.
   qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + fichier).toUtf8());
   QApplication app(argc, argv);
+  tg::InstallerDialoguesQt();
   testing::InitGoogleTest(&argc, argv);
   testing::UnitTest::GetInstance()->listeners().Append(new tg::test::DossiersParTest);
   return RUN_ALL_TESTS();
