@@ -541,6 +541,11 @@ void ModeleCartouche::cmdEtalonner() {
   fraChoixTable_Expand();
 }
 
+void ModeleCartouche::cmdOuvrirFraChoixTable() {
+  Voir(Controle::fraChoixTable, true);
+  fraChoixTable_Expand();
+}
+
 void ModeleCartouche::fraChoixTable_Expand() {
   txtObjRef.clear();
   // A zoom needs the camera's model and the photo's focal length.

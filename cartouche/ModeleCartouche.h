@@ -107,6 +107,8 @@ class ModeleCartouche {
   bool Actif(Controle c) const { return actif_[size_t(c)]; }
   // 0xBBGGRR of an input tinted by the rules, -1 when never tinted.
   int Teinte(Controle c) const { return teinte_[size_t(c)]; }
+  // Grows at each tint the rules give an input, the same colour again included.
+  unsigned NumeroTeinte(Controle c) const { return numeroTeinte_[size_t(c)]; }
   // The window opens and folds frames itself ("Couleurs et polices"...),
   // and another window may hide one.
   void Montrer(Controle c, bool visible) { visible_[size_t(c)] = visible; }
@@ -142,6 +144,8 @@ class ModeleCartouche {
   void MotsClefsChanges();
 
   void cmdEtalonner();
+  // "Tables": the frame shown again, its automatic choice made again.
+  void cmdOuvrirFraChoixTable();
   void fraChoixTable_Expand();
   void chkAfficherTouteTable_Click();
   // The model's part of "Extrapoler": the window then opens the extrapolation.
@@ -175,7 +179,10 @@ class ModeleCartouche {
  private:
   void Voir(Controle c, bool v) { visible_[size_t(c)] = v; }
   void Activer(Controle c, bool a) { actif_[size_t(c)] = a; }
-  void Teindre(Controle c, int bgr) { teinte_[size_t(c)] = bgr; }
+  void Teindre(Controle c, int bgr) {
+    teinte_[size_t(c)] = bgr;
+    numeroTeinte_[size_t(c)] = ++teintes_;
+  }
   bool EchelleVisible() const { return Visible(Controle::fraEchelle); }
   // The text of the field `index` of fraChoixChamp (3, the date, has none).
   QString LireChamp(int index) const;
@@ -202,6 +209,8 @@ class ModeleCartouche {
 
   std::array<bool, kNombreControles> visible_{}, actif_{};
   std::array<int, kNombreControles> teinte_{};
+  std::array<unsigned, kNombreControles> numeroTeinte_{};
+  unsigned teintes_ = 0;
   std::array<QString, 9> tagChamp_;
   float echellePixels_ = 0;
   bool cartoucheValide_ = true;

@@ -14,25 +14,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "cartouche/BlocMeta.h"
 #include "cartouche/Echelle.h"
-#include "cartouche/ImageFinale.h"
-#include "cartouche/Listes.h"
-#include "cartouche/RenduCartouche.h"
 #include "cartouche/frmMotClef.h"
 #include "measure/frmExtrapolFocale.h"
 #include "core/frmFichierPhoto.h"
-#include "core/modMain.h"
-#include "imaging/cAdvancedImagery.h"
-#include "measure/TableMesure.h"
-#include "measure/modOpTableMesure.h"
 #include "platform/Dialogues.h"
 #include "platform/Ecran.h"
-#include "platform/Fichiers.h"
-#include "platform/Liste.h"
-#include "platform/Nombres.h"
-#include "platform/Textes.h"
-#include "version.h"
 
 namespace tg {
 
@@ -52,7 +39,6 @@ T* Nomme(T* w, const QString& nom) {
   return w;
 }
 
-const char* const kChoisirAnnuler = "*Choisir / Annuler*";
 const char* const kLegendesLstDefaut[3] = {"Provenance", "Préparation", "Coloration"};
 
 // A two-line state as a line edit shows it: the line break as two blanks.
@@ -62,7 +48,7 @@ QString UneLigne(const char* texte) { return QString::fromUtf8(texte).replace(QS
 
 frmAjouterCartouche::frmAjouterCartouche(SessionRecord& s, cAdvancedImagery& ai,
                                          frmFichierPhoto* principal, QWidget* parent)
-    : QWidget(parent, Qt::Window), s_(s), ai_(ai), principal_(principal) {
+    : QWidget(parent, Qt::Window), s_(s), ai_(ai), principal_(principal), m_(s, ai) {
   setObjectName(QStringLiteral("frmAjouterCartouche"));
   setWindowTitle(QString::fromUtf8(kCaption));
   Construire();
@@ -89,8 +75,10 @@ void frmAjouterCartouche::Construire() {
     return c;
   };
   txtCommentaire_ = ligneEdit("txtCommentaire", QStringLiteral("Titre de l'observation : ***"));
+  txtCommentaire_->setMaxLength(kLongueurMaxChamp);
   ComboEclairage_ = ligneCombo("ComboEclairage", QStringLiteral("Eclairage : ***"));
   txtNomAuteur_ = ligneEdit("txtNomAuteur", QStringLiteral("Auteur :  ***"));
+  txtNomAuteur_->setMaxLength(kLongueurMaxChamp);
   comboJour_ = Nomme(new QComboBox(this), QStringLiteral("comboJour"));
   comboMois_ = Nomme(new QComboBox(this), QStringLiteral("comboMois"));
   comboAnnee_ = Nomme(new QComboBox(this), QStringLiteral("comboAnnee"));
@@ -116,8 +104,13 @@ void frmAjouterCartouche::Construire() {
   }
 
   // Traitements, champs, motclef.
+  const char* bulles[4] = {"Ajustement de la balance des blancs, des niveaux,  contraste etc ...",
+                           "Suppression des pousières du capteur (clônage ou filtre)", "",
+                           "Helicon Focus, CombineZ, etc ..."};
   for (int i = 0; i < 4; ++i) {
-    chkTraitNum_[i] = Nomme(new QCheckBox(this), QStringLiteral("chkTraitNum%1").arg(i));
+    chkTraitNum_[i] = Nomme(new QCheckBox(QString::fromUtf8(kTraitements[i]), this),
+                            QStringLiteral("chkTraitNum%1").arg(i));
+    chkTraitNum_[i]->setToolTip(QString::fromUtf8(bulles[i]));
     grille->addWidget(chkTraitNum_[i], ligne, i);
   }
   ++ligne;
@@ -215,7 +208,6 @@ void frmAjouterCartouche::Construire() {
   txtPix_ = champ("txtPix", QStringLiteral("x pixels"), 0, 0);
   txtMic_ = champ("txtMic", QStringLiteral("x microns"), 0, 2);
   txtLongueur_ = champ("txtLongueur", QStringLiteral("Longueur de l'échelle"), 1, 0);
-  txtLongueur_->setText(QStringLiteral("20"));
   auto* longueurAuto = Nomme(new QPushButton(QStringLiteral("auto"), fraEchelle_), QStringLiteral("cmdLongueurAuto"));
   longueurAuto->setToolTip(QStringLiteral("1, 2 ou 5 x 10^n microns : la plus longue qui tient dans le quart de l'image"));
   le->addWidget(longueurAuto, 2, 3);
@@ -260,10 +252,8 @@ void frmAjouterCartouche::Construire() {
   // The table frame, each opening running the automatic choice.
   cmdOuvrirFraTable_ =
       bouton(fraEchelle_, le, "cmdOuvrirFraChoixTable", QStringLiteral("Tables"), 5, 2);
-  connect(cmdOuvrirFraTable_, &QPushButton::clicked, this, [this] {
-    fraChoixTable_->show();
-    fraChoixTable_Expand();
-  });
+  connect(cmdOuvrirFraTable_, &QPushButton::clicked, this, [this] { Agir(&ModeleCartouche::cmdOuvrirFraChoixTable); });
+  fraEchelle_->setToolTip(QStringLiteral("Etalonnage, en réf. à votre photo d'origine (avant redimensionnement)"));
   grille->addWidget(fraEchelle_, ligne++, 0, 1, 5);
 
   fraChoixTable_ = Nomme(new QFrame(this), QStringLiteral("fraChoixTable"));
@@ -353,14 +343,14 @@ void frmAjouterCartouche::Construire() {
   connect(pipette, &QPushButton::clicked, this, [this] { cmdPipette(); });
   cTexte->setToolTip(QStringLiteral("Couleur du texte (colle sa couleur sur couleur échelle !)"));
   cmdCouleurFond_->setToolTip(QStringLiteral("Uniquement si image carrée ou portrait !"));
-  auto choisir = [this](QColor initiale, void (frmAjouterCartouche::*poser)(const QColor&)) {
-    const int c = Dialogues().Couleur(VersBgr(initiale));
-    if (c >= 0) (this->*poser)(DepuisBgr(c));
-  };
-  connect(cTexte, &QPushButton::clicked, this, [=, this] { choisir(couleurTexte_, &frmAjouterCartouche::DefinirCouleurTexte); });
-  connect(cEchelle, &QPushButton::clicked, this, [=, this] { choisir(couleurEchelle_, &frmAjouterCartouche::DefinirCouleurEchelle); });
-  connect(cCartouche, &QPushButton::clicked, this, [=, this] { choisir(couleurCartouche_, &frmAjouterCartouche::DefinirCouleurCartouche); });
-  connect(cmdCouleurFond_, &QPushButton::clicked, this, [=, this] { choisir(couleurFond_, &frmAjouterCartouche::DefinirCouleurFond); });
+  connect(cTexte, &QPushButton::clicked, this,
+          [this] { ChoisirCouleur(m_.CouleurTexte(), &ModeleCartouche::DefinirCouleurTexte); });
+  connect(cEchelle, &QPushButton::clicked, this,
+          [this] { ChoisirCouleur(m_.CouleurEchelle(), &ModeleCartouche::DefinirCouleurEchelle); });
+  connect(cCartouche, &QPushButton::clicked, this,
+          [this] { ChoisirCouleur(m_.CouleurCartouche(), &ModeleCartouche::DefinirCouleurCartouche); });
+  connect(cmdCouleurFond_, &QPushButton::clicked, this,
+          [this] { ChoisirCouleur(m_.CouleurFond(), &ModeleCartouche::DefinirCouleurFond); });
   connect(defaut, &QPushButton::clicked, this, [this] { CouleurDefaut(); });
   txtPoliceTitre_ = Nomme(new QLineEdit(fraPolices_), QStringLiteral("txtPoliceTitre"));
   txtPoliceSousTitre_ = Nomme(new QLineEdit(fraPolices_), QStringLiteral("txtPoliceSousTitre"));
@@ -380,16 +370,19 @@ void frmAjouterCartouche::Construire() {
 
   // The folded frames open again from here.
   auto* ouvrir = new QHBoxLayout;
-  auto ouvreur = [&](const char* nom, const QString& texte, QFrame* cadre) {
+  auto ouvreur = [&](const char* nom, const QString& texte, Controle cadre) {
     auto* b = Nomme(new QPushButton(texte, this), QLatin1String(nom));
     ouvrir->addWidget(b);
-    connect(b, &QPushButton::clicked, this, [cadre] { cadre->show(); });
+    connect(b, &QPushButton::clicked, this, [this, cadre] {
+      m_.Montrer(cadre, true);
+      Rafraichir();
+    });
     return b;
   };
-  ouvreur("cmdOuvrirFraPolice", QStringLiteral("Couleurs et polices"), fraPolices_);
+  ouvreur("cmdOuvrirFraPolice", QStringLiteral("Couleurs et polices"), Controle::fraPolices);
   cmdOuvrirFraChoixChamp_ =
-      ouvreur("cmdOuvrirFraChoixChamp", QStringLiteral("Choix des champs"), fraChoixChamp_);
-  ouvreur("cmdOuvrirFraListe", QStringLiteral("Listes"), fraListe_);
+      ouvreur("cmdOuvrirFraChoixChamp", QStringLiteral("Choix des champs"), Controle::fraChoixChamp);
+  ouvreur("cmdOuvrirFraListe", QStringLiteral("Listes"), Controle::fraListe);
   grille->addLayout(ouvrir, ligne++, 0, 1, 5);
 
   lblInfosCartouche_ = Nomme(new QLabel(this), QStringLiteral("lblInfosCartouche"));
@@ -413,6 +406,81 @@ void frmAjouterCartouche::Construire() {
   connect(cmdSuite_, &QPushButton::clicked, this, [this] { cmdSuite(); });
   connect(vider, &QPushButton::clicked, this, [this] { cmdViderChamps(); });
   connect(quitter, &QPushButton::clicked, this, [this] { close(); });
+
+  // The user's edits go to the model as they are made; the model's own
+  // changes come back through Rafraichir, whose echoes are not handed back.
+  auto ligneVers = [this](QLineEdit* e, QString ModeleCartouche::*champ) {
+    connect(e, &QLineEdit::textChanged, this, [this, champ](const QString& t) {
+      if (!miseAJour_) m_.*champ = t;
+    });
+  };
+  ligneVers(txtCommentaire_, &ModeleCartouche::txtCommentaire);
+  ligneVers(txtNomAuteur_, &ModeleCartouche::txtNomAuteur);
+  ligneVers(txtMicroMan_, &ModeleCartouche::txtMicroMan);
+  ligneVers(txtApPhotoMan_, &ModeleCartouche::txtApPhotoMan);
+  ligneVers(txtPix_, &ModeleCartouche::txtPix);
+  ligneVers(txtMic_, &ModeleCartouche::txtMic);
+  ligneVers(txtLongueur_, &ModeleCartouche::txtLongueur);
+  auto listeVers = [this](QComboBox* c, ListeFormulaire ModeleCartouche::*liste) {
+    if (c->isEditable())
+      connect(c, &QComboBox::currentTextChanged, this, [this, liste](const QString& t) {
+        if (!miseAJour_) (m_.*liste).DefinirTexte(t);
+      });
+    else
+      connect(c, &QComboBox::currentIndexChanged, this, [this, liste](int i) {
+        if (!miseAJour_) (m_.*liste).Selectionner(i);
+      });
+  };
+  listeVers(ComboEclairage_, &ModeleCartouche::ComboEclairage);
+  listeVers(comboProvenance_, &ModeleCartouche::comboProvenance);
+  listeVers(comboMontage_, &ModeleCartouche::comboMontage);
+  listeVers(comboColoration_, &ModeleCartouche::comboColoration);
+  listeVers(ComboObjectif_, &ModeleCartouche::ComboObjectif);
+  listeVers(ComboObjectifMan_, &ModeleCartouche::ComboObjectifMan);
+  listeVers(comboListeObjectif_, &ModeleCartouche::comboListeObjectif);
+  listeVers(comboJour_, &ModeleCartouche::comboJour);
+  listeVers(comboMois_, &ModeleCartouche::comboMois);
+  listeVers(comboAnnee_, &ModeleCartouche::comboAnnee);
+  listeVers(comboTables_, &ModeleCartouche::comboTables);
+  listeVers(comboMicro_, &ModeleCartouche::comboMicro);
+  listeVers(comboModele_, &ModeleCartouche::comboModele);
+  auto caseVers = [this](QCheckBox* c, bool& valeur) {
+    connect(c, &QCheckBox::toggled, this, [this, &valeur](bool coche) {
+      if (!miseAJour_) valeur = coche;
+    });
+  };
+  for (size_t i = 0; i < 9; ++i) caseVers(chkChoixChamp_[i], m_.chkChoixChamp[i]);
+  for (size_t i = 0; i < 4; ++i) caseVers(chkTraitNum_[i], m_.chkTraitNum[i]);
+  for (size_t i = 0; i < 4; ++i) caseVers(chkListe_[i], m_.chkListe[i]);
+  for (size_t i = 0; i < 3; ++i) caseVers(chkLstDefaut_[i], m_.chkLstDefaut[i]);
+  caseVers(chkOmbrage_, m_.chkOmbrage);
+  caseVers(chkAfficherTouteTable_, m_.chkAfficherTouteTable);
+  caseVers(chkCouleurAuto_, m_.chkCouleurAuto);
+  auto optionVers = [this](QRadioButton* r, int& valeur, int indice) {
+    connect(r, &QRadioButton::toggled, this, [this, &valeur, indice](bool coche) {
+      if (!miseAJour_ && coche) valeur = indice;
+    });
+  };
+  for (int i = 0; i < 2; ++i) {
+    optionVers(OptUniteObj_[i], m_.optUniteObj, i);
+    optionVers(optUnite_[i], m_.optUnite, i);
+  }
+  for (int i = 0; i < 3; ++i) {
+    optionVers(optTransparence_[i], m_.optTransparence, i);
+    optionVers(optAlign_[i], m_.optAlign, i);
+  }
+  // Another window may show or hide these (the keyword dialog its
+  // indicator, the extrapolation the table frame).
+  const std::pair<QWidget*, Controle> cadres[] = {
+      {fraEchelle_, Controle::fraEchelle}, {fraChoixTable_, Controle::fraChoixTable},
+      {fraMicroPhoto_, Controle::fraMicroPhoto}, {fraPolices_, Controle::fraPolices},
+      {fraChoixChamp_, Controle::fraChoixChamp}, {fraListe_, Controle::fraListe},
+      {imgMotClef_, Controle::imgMotClef}};
+  for (const auto& [w, c] : cadres) {
+    cadres_.insert(w, c);
+    w->installEventFilter(this);
+  }
+  Rafraichir();
 }
 
 void frmAjouterCartouche::Peindre(QWidget* w, int bgr) {
@@ -420,249 +488,212 @@ void frmAjouterCartouche::Peindre(QWidget* w, int bgr) {
   w->setStyleSheet(QStringLiteral("background-color: %1; color: black;").arg(DepuisBgr(bgr).name()));
 }
 
-bool frmAjouterCartouche::EchelleVisible() const { return !fraEchelle_->isHidden(); }
-
-void frmAjouterCartouche::RemplirObjectifs() {
-  for (QComboBox* c : {comboListeObjectif_, ComboObjectif_, ComboObjectifMan_}) {
-    ListeCombo l(c);
-    ChargerListeObjectif(l);
-  }
-  ComboObjectif_->insertItem(0, QStringLiteral("*Nouv.val*"));
-  ComboObjectifMan_->insertItem(0, QStringLiteral("*Nouv.val*"));
-  for (QComboBox* c : {comboListeObjectif_, ComboObjectif_, ComboObjectifMan_}) c->setCurrentText(QString());
-}
-
-void frmAjouterCartouche::AppliquerDate(const DateCartouche& d) {
-  comboJour_->clear();
-  comboJour_->addItems(d.jours);
-  comboMois_->clear();
-  comboMois_->addItems(d.mois);
-  comboAnnee_->clear();
-  comboAnnee_->addItems(d.annees);
-  comboJour_->setCurrentText(d.jour);
-  comboMois_->setCurrentText(d.moisChoisi);
-  comboAnnee_->setCurrentText(d.annee);
-  lblDatePhoto_->setText(d.libelle);
-}
-
-void frmAjouterCartouche::Form_Load() {
-  // 1. A copy without filters, unless the picture is already final or annotated.
-  if (!s_.AnnotationsPresentes && !s_.ImageFinale && s_.ImageCourante) {
-    if (!ai_.IO_Copy(s_.ImageCourante, s_.ImageSansFiltre))
-      Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Error - ") + ai_.Error_GetLast(),
-                          Icone::Critique);
-  }
-  // 2.
-  txtCommentaire_->setMaxLength(kLongueurMaxChamp);
-  txtNomAuteur_->setMaxLength(kLongueurMaxChamp);
-  tableAppliquee_ = false;
-  fraEchelle_->hide();
-  fraChoixTable_->hide();
-  fraMicroPhoto_->show();
-  cmdEtalonner_->show();
-  txtChoixTableAuto_->setText(QString::fromUtf8(kEtatActive));
-  const char* bulles[4] = {"Ajustement de la balance des blancs, des niveaux,  contraste etc ...",
-                           "Suppression des pousières du capteur (clônage ou filtre)", "",
-                           "Helicon Focus, CombineZ, etc ..."};
-  for (int i = 0; i < 4; ++i) {
-    chkTraitNum_[i]->setText(QString::fromUtf8(kTraitements[i]));
-    chkTraitNum_[i]->setToolTip(QString::fromUtf8(bulles[i]));
-  }
-  // 3.
-  bool motsClefs = !s_.MotClef.isEmpty();
-  for (const QString* c : {&s_.Regne, &s_.Embranchement, &s_.Classe, &s_.Ordre, &s_.Famille,
-                           &s_.Genre, &s_.Espece})
-    motsClefs = motsClefs || !c->isEmpty();
-  imgMotClef_->setVisible(motsClefs);
-  // 4.
-  RemplirObjectifs();
-  // 5.
-  txtModele_->setText(s_.Modele.isEmpty() ? QStringLiteral("N/A") : s_.Modele);
-  txtFocale_->setText(s_.FocaleAPN == 0 ? QStringLiteral("0 mm ou N/A")
-                                        : TexteReel(s_.FocaleAPN, s_.SeparateurDecimal) + " mm");
-  txtLargeur_->setText(TexteLargeurPhoto(s_.ImageTournee, s_.PortraitOrigine, s_.LargeurOrigine,
-                                         s_.LargeurCadrage, s_.HauteurOrigine));
-  // 6.
-  dateRecuperee_ = RecupDate(s_.DateImage, s_.DateObservation, QDate::currentDate());
-  AppliquerDate(dateRecuperee_);
-  const DefautsChamps defauts;
-  ComboEclairage_->setCurrentText(defauts.eclairage);
-  comboMontage_->setCurrentText(defauts.montage);
-  comboColoration_->setCurrentText(defauts.coloration);
-  txtCommentaire_->setText(defauts.titre);
-  {
-    ListeCombo e(ComboEclairage_), m(comboMontage_), p(comboProvenance_), c(comboColoration_);
-    RemplirCombo(ListeChoix::Eclairage, e);
-    RemplirCombo(ListeChoix::Montage, m);
-    RemplirCombo(ListeChoix::Provenance, p);
-    RemplirCombo(ListeChoix::Coloration, c);
-  }
-  chkOmbrage_->hide();
-  fraEchelle_->setToolTip(QStringLiteral("Etalonnage, en réf. à votre photo d'origine (avant redimensionnement)"));
-  fraChoixTable_->hide();
-  fraPolices_->hide();
-  fraChoixChamp_->hide();
-  fraListe_->hide();
-  for (auto* c : chkLstDefaut_) c->setChecked(false);
-  comboMicro_->hide();
-  comboModele_->hide();
-  txtMicroMan_->show();
-  txtApPhotoMan_->show();
-  txtObjRef_->clear();
-  txtNomAuteur_->setText(s_.NomAuteur);
-  cmdRecupMetaEchelle_->hide();
-  cmdModifDefinition_->hide();
-  // 7 to 9. Canvas and shape.
-  canevas_ = CalculerCanevas(s_);
-  if (Arrondir(s_.CadrageFormate, 1) == 1.5) {
-    chkOmbrage_->show();
-    chkOmbrage_->setChecked(false);
-  }
-  fraPolices_->show();
-  // The choice of fields exists for the 3-line cartouche only.
-  fraChoixChamp_->setVisible(s_.CartoucheHB == u"1");
-  cmdOuvrirFraChoixChamp_->setVisible(s_.CartoucheHB == u"1");
-  forme_ = CalculerFormeCartouche(s_.CartoucheHB, s_.CadrageFormate, s_.LargeurFormatee,
-                                  canevas_.largeurFond, canevas_.hauteurFond, s_.HauteurFormatee);
-  lblInfosCartouche_->setText(forme_.infos);
-  // A 3-line cartouche is never transparent.
-  for (auto* o : optTransparence_) o->setEnabled(s_.CartoucheHB != u"1");
-  // The auto colour reads the picture under a cartouche drawn over it.
-  chkCouleurAuto_->setEnabled(s_.CartoucheHB == u"0");
-  // 10.
-  const OptionsDefaut o = CalculerOptionsDefaut(s_.CadrageFormate, s_.RatioFormat, s_.CartoucheHB,
-                                                s_.LargeurFormatee, canevas_.largeurFond);
-  optTransparence_[o.optTransparence]->setChecked(true);
-  optAlign_[o.optAlign]->setChecked(true);
-  for (auto* a : optAlign_) a->setEnabled(o.alignActif);
-  cmdCouleurFond_->setEnabled(true);
-  if (o.fondsBlancs) {
-    couleurFond_ = Qt::white;
-    couleurCartouche_ = Qt::white;
-  }
-  // 11.
-  DefinirCouleurFond(couleurFond_);
-  DefinirCouleurCartouche(couleurCartouche_);
-  DefinirCouleurTexte(couleurTexte_);
-  policeTitre_ = QFont(s_.FontName1, s_.FontSize1);
-  policeTitre_.setBold(s_.FontBold1);
-  policeTitre_.setItalic(s_.FontItalic1);
-  policeSousTitre_ = QFont(s_.FontName2, s_.FontSize2);
-  policeSousTitre_.setBold(s_.FontBold2);
-  policeSousTitre_.setItalic(s_.FontItalic2);
-  AfficherPolices();
-  // 12.
-  const MemoireCartouche m = s_.MemCartouche;
-  if (!m.MemTitre.isEmpty()) RestaurerMemoire(m);
-  // 13.
-  txtMicroMan_->setText(s_.MicroscopeMeta);
-  txtApPhotoMan_->setText(s_.ApPhotoMeta);
-  ComboObjectifMan_->setCurrentText(s_.ObjectifMeta);
-  OptUniteObj_[m.MemUniteObj == 1 ? 1 : 0]->setChecked(true);
-  Peindre(txtApPhotoMan_, txtApPhotoMan_->text().isEmpty() ? kJaunePale : kVertPale);
-  // 14. A picture that already went through the program.
-  if (s_.ImageDejaFormatee) {
-    if ((Arrondir(s_.CadrageFormate, 2) == 1.33 || Arrondir(s_.CadrageFormate, 1) == 1.5) &&
-        !s_.EchellePix.isEmpty() && !s_.EchelleMic.isEmpty()) {
-      fraEchelle_->show();
-      fraChoixTable_->show();
-      cmdRecupMetaEchelle_->show();
-      cmdEtalonner_->hide();
-      fraMicroPhoto_->hide();
-    }
-    const std::pair<const QString*, QWidget*> textes[] = {
-        {&s_.TitreImage, txtCommentaire_}, {&s_.NomAuteurImage, txtNomAuteur_},
-        {&s_.Provenance, comboProvenance_}, {&s_.Coloration, comboColoration_},
-        {&s_.Preparation, comboMontage_},  {&s_.Eclairage, ComboEclairage_}};
-    for (const auto& [valeur, w] : textes) {
-      if (valeur->isEmpty()) continue;
-      if (auto* e = qobject_cast<QLineEdit*>(w)) e->setText(*valeur);
-      if (auto* c = qobject_cast<QComboBox*>(w)) c->setCurrentText(*valeur);
-    }
-    optUnite_[s_.UniteEtalon == u"um" ? 0 : 1]->setChecked(true);
-    const bool traits[4] = {s_.TraitNiveaux, s_.TraitPoussieres, s_.TraitBruit, s_.TraitDeconvolution};
-    for (int i = 0; i < 4; ++i)
-      if (traits[i]) chkTraitNum_[i]->setChecked(true);
-    txtMicroMan_->setText(s_.Microscope);
-    txtApPhotoMan_->setText(s_.Modele);
-    ComboObjectifMan_->setCurrentText(s_.Objectif);
-    OptUniteObj_[s_.UniteObj == u"mm" ? 1 : 0]->setChecked(true);
-  }
-  // 15.
-  if (s_.NomAuteurImage.isEmpty()) txtNomAuteur_->setText(s_.NomAuteur);
-  if (fraChoixTable_->isVisibleTo(this)) fraChoixTable_Expand();
-}
-
-void frmAjouterCartouche::RestaurerMemoire(const MemoireCartouche& m) {
-  txtCommentaire_->setText(m.MemTitre);
-  txtNomAuteur_->setText(m.MemAuteur);
-  comboProvenance_->setCurrentText(m.MemProvenance);
-  comboColoration_->setCurrentText(m.MemColoration);
-  comboMontage_->setCurrentText(m.MemMontage);
-  ComboEclairage_->setCurrentText(m.MemEclairage);
-  if (!m.MemProvenance.isEmpty()) chkChoixChamp_[6]->setChecked(true);
-  for (int i = 0; i < 4; ++i) chkTraitNum_[i]->setChecked(m.MemTraitNum[i]);
-  ComboObjectif_->setCurrentText(m.MemObjectif);
-  txtPix_->setText(m.MemPix);
-  txtMic_->setText(m.MemMic);
-  txtLongueur_->setText(QString::number(m.MemLongueur));
-  DefinirCouleurTexte(DepuisBgr(m.MemCouleurTexte));
-  DefinirCouleurEchelle(DepuisBgr(m.MemCouleurEchelle));
-  DefinirCouleurCartouche(DepuisBgr(m.MemCouleurCartouche));
-  DefinirCouleurFond(DepuisBgr(m.MemCouleurFond));
-  fraEchelle_->setVisible(m.MemEchelleVisible);
-  fraChoixTable_->setVisible(m.MemChoixTableVisible);
-  fraPolices_->setVisible(m.MemPolicesVisible);
-  if (m.MemOmbrage) {
-    chkOmbrage_->setChecked(true);
-    AppliquerOmbrage();
-  }
-  if (m.MemEchelleVisible) {
-    cmdEtalonner_->hide();
-    fraMicroPhoto_->hide();
-  } else {
-    cmdEtalonner_->show();
-    fraMicroPhoto_->show();
-    fraChoixTable_->hide();
+QWidget* frmAjouterCartouche::ControleDe(Controle c) const {
+  switch (c) {
+    case Controle::fraEchelle: return fraEchelle_;
+    case Controle::fraChoixTable: return fraChoixTable_;
+    case Controle::fraMicroPhoto: return fraMicroPhoto_;
+    case Controle::fraPolices: return fraPolices_;
+    case Controle::fraChoixChamp: return fraChoixChamp_;
+    case Controle::fraListe: return fraListe_;
+    case Controle::cmdEtalonner: return cmdEtalonner_;
+    case Controle::cmdRecupMetaEchelle: return cmdRecupMetaEchelle_;
+    case Controle::cmdModifDefinition: return cmdModifDefinition_;
+    case Controle::cmdExtrapolFoc: return cmdExtrapolFoc_;
+    case Controle::cmdSuite: return cmdSuite_;
+    case Controle::cmdOuvrirFraChoixChamp: return cmdOuvrirFraChoixChamp_;
+    case Controle::cmdListeMicro: return cmdListeMicro_;
+    case Controle::cmdListeApPhoto: return cmdListeApPhoto_;
+    case Controle::cmdCouleurFond: return cmdCouleurFond_;
+    case Controle::imgMotClef: return imgMotClef_;
+    case Controle::chkOmbrage: return chkOmbrage_;
+    case Controle::chkCouleurAuto: return chkCouleurAuto_;
+    case Controle::comboMicro: return comboMicro_;
+    case Controle::comboModele: return comboModele_;
+    case Controle::comboJour: return comboJour_;
+    case Controle::comboMois: return comboMois_;
+    case Controle::comboAnnee: return comboAnnee_;
+    case Controle::txtCommentaire: return txtCommentaire_;
+    case Controle::ComboEclairage: return ComboEclairage_;
+    case Controle::txtNomAuteur: return txtNomAuteur_;
+    case Controle::comboProvenance: return comboProvenance_;
+    case Controle::comboMontage: return comboMontage_;
+    case Controle::comboColoration: return comboColoration_;
+    case Controle::txtMicroMan: return txtMicroMan_;
+    case Controle::txtApPhotoMan: return txtApPhotoMan_;
+    case Controle::ComboObjectifMan: return ComboObjectifMan_;
+    case Controle::ComboObjectif: return ComboObjectif_;
+    case Controle::txtPix: return txtPix_;
+    case Controle::txtMic: return txtMic_;
+    case Controle::txtLongueur: return txtLongueur_;
+    default: return nullptr;  // the option groups, shown by their buttons
   }
 }
 
-// --- Colours
+namespace {
+
+void MontrerTexte(QLineEdit* e, const QString& texte) {
+  if (e->text() != texte) e->setText(texte);
+}
+
+void MontrerListe(QComboBox* c, const ListeFormulaire& l) {
+  QStringList items;
+  for (int i = 0; i < c->count(); ++i) items << c->itemText(i);
+  if (items != l.Items()) {
+    c->clear();
+    c->addItems(l.Items());
+  }
+  if (l.Editable()) {
+    if (c->currentText() != l.Texte()) c->setEditText(l.Texte());
+  } else if (c->currentIndex() != l.Selection()) {
+    c->setCurrentIndex(l.Selection());
+  }
+}
+
+void MontrerEtat(QWidget* w, bool visible, bool actif) {
+  if (w->isHidden() == visible) w->setVisible(visible);
+  if (w->isEnabled() != actif) w->setEnabled(actif);
+}
+
+}  // namespace
+
+void frmAjouterCartouche::Rafraichir() {
+  miseAJour_ = true;
+  MontrerTexte(txtCommentaire_, m_.txtCommentaire);
+  MontrerTexte(txtNomAuteur_, m_.txtNomAuteur);
+  MontrerTexte(txtMicroMan_, m_.txtMicroMan);
+  MontrerTexte(txtApPhotoMan_, m_.txtApPhotoMan);
+  MontrerTexte(txtPix_, m_.txtPix);
+  MontrerTexte(txtMic_, m_.txtMic);
+  MontrerTexte(txtLongueur_, m_.txtLongueur);
+  MontrerTexte(txtModele_, m_.txtModele);
+  MontrerTexte(txtFocale_, m_.txtFocale);
+  MontrerTexte(txtLargeur_, m_.txtLargeur);
+  MontrerTexte(txtObjRef_, m_.txtObjRef);
+  MontrerTexte(txtChoixTableAuto_, m_.txtChoixTableAuto);
+  lblDatePhoto_->setText(m_.lblDatePhoto);
+  lblInfosCartouche_->setText(m_.lblInfosCartouche);
+  cmdDessiner_->setText(m_.cmdDessinerTexte);
+  const std::pair<QComboBox*, const ListeFormulaire*> listes[] = {
+      {ComboEclairage_, &m_.ComboEclairage}, {comboProvenance_, &m_.comboProvenance},
+      {comboMontage_, &m_.comboMontage},     {comboColoration_, &m_.comboColoration},
+      {ComboObjectif_, &m_.ComboObjectif},   {ComboObjectifMan_, &m_.ComboObjectifMan},
+      {comboListeObjectif_, &m_.comboListeObjectif}, {comboJour_, &m_.comboJour},
+      {comboMois_, &m_.comboMois},           {comboAnnee_, &m_.comboAnnee},
+      {comboTables_, &m_.comboTables},       {comboIndexTable_, &m_.comboIndexTable},
+      {comboMicro_, &m_.comboMicro},         {comboModele_, &m_.comboModele}};
+  for (const auto& [c, l] : listes) MontrerListe(c, *l);
+  for (size_t i = 0; i < 9; ++i) chkChoixChamp_[i]->setChecked(m_.chkChoixChamp[i]);
+  for (size_t i = 0; i < 4; ++i) chkTraitNum_[i]->setChecked(m_.chkTraitNum[i]);
+  for (size_t i = 0; i < 4; ++i) chkListe_[i]->setChecked(m_.chkListe[i]);
+  for (size_t i = 0; i < 3; ++i) chkLstDefaut_[i]->setChecked(m_.chkLstDefaut[i]);
+  chkOmbrage_->setChecked(m_.chkOmbrage);
+  chkAfficherTouteTable_->setChecked(m_.chkAfficherTouteTable);
+  chkCouleurAuto_->setChecked(m_.chkCouleurAuto);
+  OptUniteObj_[size_t(m_.optUniteObj)]->setChecked(true);
+  optUnite_[size_t(m_.optUnite)]->setChecked(true);
+  optTransparence_[size_t(m_.optTransparence)]->setChecked(true);
+  optAlign_[size_t(m_.optAlign)]->setChecked(true);
+  for (size_t i = 0; i < 3; ++i) {
+    optTransparence_[i]->setEnabled(m_.Actif(Controle::optTransparence));
+    optAlign_[i]->setEnabled(m_.Actif(Controle::optAlign));
+  }
+
+  for (int i = 0; i < kNombreControles; ++i) {
+    const auto c = Controle(i);
+    QWidget* w = ControleDe(c);
+    if (!w) continue;
+    MontrerEtat(w, m_.Visible(c), m_.Actif(c));
+    if (m_.NumeroTeinte(c) != teintePeinte_[size_t(i)] && m_.Teinte(c) >= 0) Peindre(w, m_.Teinte(c));
+    teintePeinte_[size_t(i)] = m_.NumeroTeinte(c);
+  }
+
+  // Colours and fonts.
+  Peindre(shpTexte_, VersBgr(m_.CouleurTexte()));
+  Peindre(shpEchelle_, VersBgr(m_.CouleurEchelle()));
+  Peindre(shpCartouche_, VersBgr(m_.CouleurCartouche()));
+  Peindre(shpFond_, VersBgr(m_.CouleurFond()));
+  QPalette p = txtPoliceTitre_->palette();
+  p.setColor(QPalette::Text, m_.CouleurTexte());
+  p.setColor(QPalette::Base, m_.CouleurCartouche());
+  for (QLineEdit* e : {txtPoliceTitre_, txtPoliceSousTitre_}) e->setPalette(p);
+  txtPoliceTitre_->setFont(m_.PoliceTitre());
+  MontrerTexte(txtPoliceTitre_, TexteFont(m_.PoliceTitre()));
+  txtPoliceSousTitre_->setFont(m_.PoliceSousTitre());
+  MontrerTexte(txtPoliceSousTitre_, TexteFont(m_.PoliceSousTitre()));
+
+  const QImage& cartouche = m_.ImageCartouche();
+  if (cartouche.cacheKey() != imageMontree_) {
+    imageMontree_ = cartouche.cacheKey();
+    picCartouche_->setFixedSize(cartouche.isNull() ? QSize(0, 0) : cartouche.size());
+    if (cartouche.isNull())
+      picCartouche_->clear();
+    else
+      picCartouche_->setPixmap(QPixmap::fromImage(cartouche));
+  }
+  miseAJour_ = false;
+}
+
+void frmAjouterCartouche::Agir(void (ModeleCartouche::*action)()) {
+  (m_.*action)();
+  Rafraichir();
+}
+
+void frmAjouterCartouche::Form_Load() { Agir(&ModeleCartouche::Form_Load); }
+void frmAjouterCartouche::cmdDessiner() { Agir(&ModeleCartouche::cmdDessiner); }
+void frmAjouterCartouche::cmdViderChamps() { Agir(&ModeleCartouche::cmdViderChamps); }
+void frmAjouterCartouche::cmdTousChamps() { Agir(&ModeleCartouche::cmdTousChamps); }
+void frmAjouterCartouche::chkOmbrage_Click() { Agir(&ModeleCartouche::chkOmbrage_Click); }
+void frmAjouterCartouche::CouleurDefaut() { Agir(&ModeleCartouche::CouleurDefaut); }
+void frmAjouterCartouche::cmdReduirefraChoixChamp() { Agir(&ModeleCartouche::cmdReduirefraChoixChamp); }
+void frmAjouterCartouche::cmdReduireFraPolice() { Agir(&ModeleCartouche::cmdReduireFraPolice); }
+void frmAjouterCartouche::cmdListeDefaut() { Agir(&ModeleCartouche::cmdListeDefaut); }
+void frmAjouterCartouche::cmdListeApPhoto() { Agir(&ModeleCartouche::cmdListeApPhoto); }
+void frmAjouterCartouche::cmdListeMicro() { Agir(&ModeleCartouche::cmdListeMicro); }
+void frmAjouterCartouche::comboModele_Click() { Agir(&ModeleCartouche::comboModele_Click); }
+void frmAjouterCartouche::comboMicro_Click() { Agir(&ModeleCartouche::comboMicro_Click); }
+void frmAjouterCartouche::cmdEtalonner() { Agir(&ModeleCartouche::cmdEtalonner); }
+void frmAjouterCartouche::fraChoixTable_Expand() { Agir(&ModeleCartouche::fraChoixTable_Expand); }
+void frmAjouterCartouche::chkAfficherTouteTable_Click() { Agir(&ModeleCartouche::chkAfficherTouteTable_Click); }
+void frmAjouterCartouche::cmdLongueurAuto() { Agir(&ModeleCartouche::cmdLongueurAuto); }
+void frmAjouterCartouche::comboTables_Click() { Agir(&ModeleCartouche::comboTables_Click); }
+void frmAjouterCartouche::cmdAppliquerTable() { Agir(&ModeleCartouche::cmdAppliquerTable); }
+void frmAjouterCartouche::cmdAnnulerTable() { Agir(&ModeleCartouche::cmdAnnulerTable); }
+void frmAjouterCartouche::cmdDebloquer() { Agir(&ModeleCartouche::cmdDebloquer); }
+void frmAjouterCartouche::cmdSansEtalon() { Agir(&ModeleCartouche::cmdSansEtalon); }
+void frmAjouterCartouche::cmdRecupMetaEchelle() { Agir(&ModeleCartouche::cmdRecupMetaEchelle); }
+void frmAjouterCartouche::cmdModifDefinition() { Agir(&ModeleCartouche::cmdModifDefinition); }
+
+void frmAjouterCartouche::chkChoixChamp_Click(int index) {
+  m_.chkChoixChamp_Click(index);
+  Rafraichir();
+}
 
 void frmAjouterCartouche::DefinirCouleurTexte(const QColor& c) {
-  couleurTexte_ = c;
-  Peindre(shpTexte_, VersBgr(c));
-  QPalette p = txtPoliceTitre_->palette();
-  p.setColor(QPalette::Text, c);
-  txtPoliceTitre_->setPalette(p);
-  txtPoliceSousTitre_->setPalette(p);
-  // The text colour is pasted onto the scale as well.
-  DefinirCouleurEchelle(c);
+  m_.DefinirCouleurTexte(c);
+  Rafraichir();
 }
 
 void frmAjouterCartouche::DefinirCouleurEchelle(const QColor& c) {
-  couleurEchelle_ = c;
-  Peindre(shpEchelle_, VersBgr(c));
+  m_.DefinirCouleurEchelle(c);
+  Rafraichir();
 }
 
 void frmAjouterCartouche::DefinirCouleurCartouche(const QColor& c) {
-  couleurCartouche_ = c;
-  Peindre(shpCartouche_, VersBgr(c));
-  QPalette p = txtPoliceTitre_->palette();
-  p.setColor(QPalette::Base, c);
-  txtPoliceTitre_->setPalette(p);
-  txtPoliceSousTitre_->setPalette(p);
+  m_.DefinirCouleurCartouche(c);
+  Rafraichir();
 }
 
 void frmAjouterCartouche::DefinirCouleurFond(const QColor& c) {
-  couleurFond_ = c;
-  Peindre(shpFond_, VersBgr(c));
+  m_.DefinirCouleurFond(c);
+  Rafraichir();
 }
 
-void frmAjouterCartouche::CouleurDefaut() {
-  DefinirCouleurFond(DepuisBgr(16777215));
-  DefinirCouleurCartouche(DepuisBgr(16777215));
-  DefinirCouleurTexte(DepuisBgr(0));
+void frmAjouterCartouche::ChoisirCouleur(const QColor& initiale, void (ModeleCartouche::*poser)(const QColor&)) {
+  const int c = Dialogues().Couleur(VersBgr(initiale));
+  if (c < 0) return;
+  (m_.*poser)(DepuisBgr(c));
+  Rafraichir();
 }
 
 void frmAjouterCartouche::RecevoirCouleurPipette(int couleur, int, int, int) {
@@ -675,68 +706,14 @@ void frmAjouterCartouche::cmdPipette() {
   pipette_->raise();
 }
 
-// --- Fonts
-
-void frmAjouterCartouche::AfficherPolices() {
-  txtPoliceTitre_->setFont(policeTitre_);
-  txtPoliceTitre_->setText(TexteFont(policeTitre_));
-  txtPoliceSousTitre_->setFont(policeSousTitre_);
-  txtPoliceSousTitre_->setText(TexteFont(policeSousTitre_));
+void frmAjouterCartouche::cmdPoliceTitre() {
+  m_.ChoisirPolice(1);
+  Rafraichir();
 }
 
-void frmAjouterCartouche::ChoisirPolice(int numero) {
-  QFont& police = numero == 1 ? policeTitre_ : policeSousTitre_;
-  const std::optional<QFont> choix = Dialogues().Police(police);
-  if (!choix) return;
-  police = *choix;
-  AfficherPolices();
-  if (!EcrirePolice(s_, numero, police))
-    Dialogues().Message(
-        QLatin1String(TitreProgramme),
-        TexteErreurFeuille(75, QStringLiteral("Erreur d'accès au chemin/fichier"),
-                           numero == 1 ? QStringLiteral("cmdPoliceTitre_Click")
-                                       : QStringLiteral("cmdPoliceSousTitre_Click")),
-        Icone::Critique);
-}
-
-void frmAjouterCartouche::cmdPoliceTitre() { ChoisirPolice(1); }
-
-void frmAjouterCartouche::cmdPoliceSousTitre() { ChoisirPolice(2); }
-
-// --- Frames
-
-void frmAjouterCartouche::cmdReduirefraChoixChamp() {
-  fraChoixChamp_->hide();
-  cmdDessiner();
-}
-
-void frmAjouterCartouche::cmdReduireFraPolice() {
-  // The background sample and picFond share one colour here: nothing to copy.
-  fraPolices_->hide();
-  cmdDessiner();
-}
-
-void frmAjouterCartouche::cmdListeDefaut() {
-  const std::array<bool, 3> coches = {chkLstDefaut_[0]->isChecked(), chkLstDefaut_[1]->isChecked(),
-                                      chkLstDefaut_[2]->isChecked()};
-  auto combo = [this](int i) {
-    switch (ListeDeDefaut(i)) {
-      case ListeChoix::Provenance:
-        return comboProvenance_;
-      case ListeChoix::Montage:
-        return comboMontage_;
-      case ListeChoix::Coloration:
-        return comboColoration_;
-      default:
-        return ComboEclairage_;
-    }
-  };
-  ListeCombo l0(combo(0)), l1(combo(1)), l2(combo(2));
-  if (coches[0] || coches[1] || coches[2]) {
-    tg::cmdListeDefaut(coches, {&l0, &l1, &l2});
-    fraListe_->hide();
-  }
-  for (auto* c : chkLstDefaut_) c->setChecked(false);
+void frmAjouterCartouche::cmdPoliceSousTitre() {
+  m_.ChoisirPolice(2);
+  Rafraichir();
 }
 
 void frmAjouterCartouche::cmdMotClef() {
@@ -746,384 +723,11 @@ void frmAjouterCartouche::cmdMotClef() {
   motClef_->raise();
 }
 
-// --- Fields
-
-void frmAjouterCartouche::chkChoixChamp_Click(int index) {
-  const bool actif = chkChoixChamp_[index]->isChecked();
-  if (index == 3) {
-    for (QComboBox* c : {comboJour_, comboMois_, comboAnnee_}) c->setEnabled(actif);
-    return;
-  }
-  QWidget* controles[9] = {txtCommentaire_, ComboEclairage_, txtNomAuteur_, nullptr, txtMicroMan_,
-                           txtApPhotoMan_, comboProvenance_, comboMontage_, comboColoration_};
-  QWidget* w = controles[index];
-  if (index == 4) cmdListeMicro_->setEnabled(actif);
-  if (index == 5) cmdListeApPhoto_->setEnabled(actif);
-  auto* e = qobject_cast<QLineEdit*>(w);
-  auto* c = qobject_cast<QComboBox*>(w);
-  if (!actif) {
-    tagChamp_[index] = e ? e->text() : c->currentText();
-    if (e) e->setText(QString::fromUtf8(kChampInutilise));
-    if (c) c->setCurrentText(QString::fromUtf8(kChampInutilise));
-    w->setEnabled(false);
-    if (index == 0)
-      Dialogues().Message(QLatin1String(TitreProgramme),
-                          QStringLiteral("Attention : Il est déconseillé d'enlever le titre !"),
-                          Icone::Exclamation);
-  } else {
-    w->setEnabled(true);
-    if (e) e->setText(tagChamp_[index]);
-    if (c) c->setCurrentText(tagChamp_[index]);
-  }
+void frmAjouterCartouche::cmdExtrapolFoc() {
+  Agir(&ModeleCartouche::cmdExtrapolFoc);
+  if (extrapolation_) extrapolation_->close();
+  extrapolation_ = frmExtrapolFocale::Afficher(s_, this);
 }
-
-void frmAjouterCartouche::cmdTousChamps() {
-  for (int i = 0; i < 9; ++i)
-    if (!chkChoixChamp_[i]->isChecked()) {
-      chkChoixChamp_[i]->setChecked(true);
-      chkChoixChamp_Click(i);
-    }
-}
-
-void frmAjouterCartouche::cmdViderChamps() {
-  if (Dialogues().Question(QStringLiteral("Champs textes par défaut"),
-                           QStringLiteral("Souhaitez-vous effacer les valeurs actuelles\r\n"
-                                          "et les remplacer par les valeurs par défauts ?"),
-                           Boutons::OuiNon, Reponse::Oui, Icone::Question) != Reponse::Oui)
-    return;
-  cmdTousChamps();
-  const DefautsChamps d;
-  txtCommentaire_->setText(d.titre);
-  ComboEclairage_->setCurrentText(d.eclairage);
-  txtNomAuteur_->setText(s_.NomAuteur);
-  comboProvenance_->setCurrentText(QString());
-  comboMontage_->setCurrentText(d.montage);
-  comboColoration_->setCurrentText(d.coloration);
-  // The photo's own date, as the opening chose it: never today's in its place.
-  AppliquerDate(dateRecuperee_);
-  for (auto* c : chkTraitNum_) c->setChecked(false);
-  txtMicroMan_->clear();
-  ComboObjectifMan_->setCurrentText(QString());
-  Peindre(txtMicroMan_, kJaunePale);
-  Peindre(ComboObjectifMan_, kJaunePale);
-  txtApPhotoMan_->setText(s_.Modele);
-  for (auto* c : chkListe_) c->setChecked(false);
-  // Unticked as a click would: the strip goes and the colours come back;
-  // the drawing below stands for the click's own.
-  if (chkOmbrage_->isChecked()) {
-    chkOmbrage_->setChecked(false);
-    AppliquerOmbrage();
-  }
-  optUnite_[0]->setChecked(true);
-  cmdDessiner();
-}
-
-void frmAjouterCartouche::AppliquerOmbrage() {
-  if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
-  ombre_ = chkOmbrage_->isChecked() ? ImageOmbre(IndexOmbre(s_.LargeurFormatee)) : QImage();
-  if (!chkOmbrage_->isChecked()) CouleurDefaut();
-}
-
-void frmAjouterCartouche::chkOmbrage_Click() {
-  if (Arrondir(s_.CadrageFormate, 1) != 1.5) return;
-  AppliquerOmbrage();
-  cmdDessiner();
-}
-
-ChampsCartouche frmAjouterCartouche::LireChamps() const {
-  ChampsCartouche c;
-  c.titre = txtCommentaire_->text();
-  c.eclairage = ComboEclairage_->currentText();
-  c.auteur = txtNomAuteur_->text();
-  c.provenance = comboProvenance_->currentText();
-  c.montage = comboMontage_->currentText();
-  c.coloration = comboColoration_->currentText();
-  c.microMan = txtMicroMan_->text();
-  c.apPhotoMan = txtApPhotoMan_->text();
-  c.objectifMan = ComboObjectifMan_->currentText();
-  c.objectif = ComboObjectif_->currentText();
-  c.pix = txtPix_->text();
-  c.mic = txtMic_->text();
-  c.longueur = txtLongueur_->text();
-  return c;
-}
-
-void frmAjouterCartouche::EcrireChamps(const ChampsCartouche& c) {
-  txtCommentaire_->setText(c.titre);
-  ComboEclairage_->setCurrentText(c.eclairage);
-  txtNomAuteur_->setText(c.auteur);
-  comboProvenance_->setCurrentText(c.provenance);
-  comboMontage_->setCurrentText(c.montage);
-  comboColoration_->setCurrentText(c.coloration);
-  txtMicroMan_->setText(c.microMan);
-  txtApPhotoMan_->setText(c.apPhotoMan);
-  ComboObjectif_->setCurrentText(c.objectif);
-  txtPix_->setText(c.pix);
-}
-
-// --- Scale
-
-void frmAjouterCartouche::ApparenceChampsTable() {
-  for (QWidget* w : {static_cast<QWidget*>(ComboObjectif_), static_cast<QWidget*>(txtPix_),
-                     static_cast<QWidget*>(txtMic_)}) {
-    w->setEnabled(false);
-    Peindre(w, kVertPale);
-  }
-  cartouche_ = QImage();
-  picCartouche_->clear();
-}
-
-void frmAjouterCartouche::ApparenceNoEtalon() {
-  for (QWidget* w : {static_cast<QWidget*>(ComboObjectifMan_), static_cast<QWidget*>(txtApPhotoMan_),
-                     static_cast<QWidget*>(txtMicroMan_)})
-    Peindre(w, kVertPale);
-}
-
-void frmAjouterCartouche::cmdEtalonner() {
-  fraMicroPhoto_->hide();
-  cmdEtalonner_->hide();
-  fraEchelle_->show();
-  fraChoixTable_->show();
-  fraChoixTable_Expand();
-}
-
-void frmAjouterCartouche::fraChoixTable_Expand() {
-  txtObjRef_->clear();
-  // A zoom needs the camera's model and the photo's focal length.
-  cmdExtrapolFoc_->setEnabled(!s_.Modele.isEmpty() && s_.FocaleAPN > 0);
-  ListeCombo liste(comboTables_), index(comboIndexTable_);
-  liste.Vider();
-  index.Vider();
-  const FiltreAuto filtre = ChoisirFiltreAuto(s_.Modele, s_.FocaleAPN);
-  if (filtre != FiltreAuto::Aucun) {
-    chkAfficherTouteTable_->setChecked(false);
-    txtChoixTableAuto_->setText(QString::fromUtf8(kEtatActive));
-    RemplirComboTableFiltre(liste, index, filtre == FiltreAuto::AvecModele, s_);
-  }
-  if (comboIndexTable_->count() < 2) {
-    chkAfficherTouteTable_->setChecked(true);
-    txtChoixTableAuto_->setText(QString::fromUtf8(kAucuneCorrespondance));
-    liste.Vider();
-    RemplirComboTable(liste, s_.SeparateurDecimal);
-  }
-}
-
-void frmAjouterCartouche::chkAfficherTouteTable_Click() {
-  comboTables_->clear();
-  comboIndexTable_->clear();
-  txtObjRef_->clear();
-  if (chkAfficherTouteTable_->isChecked()) {
-    ListeCombo liste(comboTables_);
-    RemplirComboTable(liste, s_.SeparateurDecimal);
-    txtChoixTableAuto_->setText(QString::fromUtf8(kAucuneCorrespondance));
-  } else {
-    fraChoixTable_Expand();
-  }
-}
-
-int frmAjouterCartouche::SlotChoisi() const {
-  const int pos = comboTables_->currentIndex();
-  return SlotTableChoisie(pos, chkAfficherTouteTable_->isChecked(),
-                          comboIndexTable_->itemText(pos));
-}
-
-void frmAjouterCartouche::comboTables_Click() {
-  txtObjRef_->clear();
-  const int slot = SlotChoisi();
-  if (comboTables_->currentIndex() <= 0 || slot <= 1) return;
-  FichierMesure f;
-  if (!FileExists(CheminTableMesure()) || !f.Ouvrir()) return;
-  if (f.LireEntete() > 1 && f.LireEnr(slot))
-    txtObjRef_->setText(TexteObjRef(TableMesure(), s_.SeparateurDecimal));
-}
-
-void frmAjouterCartouche::cmdAppliquerTable() {
-  if (comboListeObjectif_->currentText().isEmpty() || comboTables_->currentText().isEmpty()) {
-    Dialogues().Message(QString::fromUtf8(kTitreChampsVides), QString::fromUtf8(kChampsVides),
-                        Icone::Exclamation);
-    tableAppliquee_ = false;
-    return;
-  }
-  const int slot = SlotChoisi();
-  if (chkAfficherTouteTable_->isChecked() &&
-      !TableCorrespond(TableMesure(), s_.LargeurOrigine, s_.FocaleAPN)) {
-    if (Dialogues().Question(QString::fromUtf8(kTitreLargeurFocale), QuestionLargeurFocale(),
-                             Boutons::OuiNon, Reponse::Non, Icone::Exclamation) != Reponse::Oui) {
-      tableAppliquee_ = false;
-      return;
-    }
-    if (s_.FocaleAPN == TableMesure().Focale) cmdModifDefinition_->show();
-  }
-  {
-    FichierMesure f;
-    if (FileExists(CheminTableMesure()) && f.Ouvrir() && f.LireEntete() > 1 && slot >= 2)
-      f.LireEnr(slot);
-  }
-  const EnrMesure t = TableMesure();
-  const std::optional<float> m = MicronsParPixelTable(t, comboListeObjectif_->currentText());
-  if (!m) {
-    Dialogues().Message(QLatin1String(TitreProgramme),
-                        TexteErreurFeuille(11, QStringLiteral("Division by zero"),
-                                           QStringLiteral("cmdAppliquerTable_Click")),
-                        Icone::Critique);
-    return;
-  }
-  ComboObjectif_->setCurrentText(comboListeObjectif_->currentText());
-  txtMic_->setText(QStringLiteral("100"));
-  txtPix_->setText(PixPourCentMicrons(*m));
-  s_.MemCartouche.MemMicro = s_.Microscope = t.Micro;
-  s_.MemCartouche.MemApPhoto = s_.Modele = t.Modele;
-  ApparenceChampsTable();
-  tableAppliquee_ = true;
-  cmdDessiner();
-  s_.ExtrapolationFoc = false;
-  fraChoixTable_->hide();
-  txtMicroMan_->setText(t.Micro);
-  txtApPhotoMan_->setText(t.Modele);
-  ComboObjectifMan_->setCurrentText(comboListeObjectif_->currentText());
-  ApparenceNoEtalon();
-}
-
-void frmAjouterCartouche::cmdAnnulerTable() {
-  fraChoixTable_->hide();
-  tableAppliquee_ = false;
-  comboTables_->setCurrentIndex(comboTables_->count() > 0 ? 0 : -1);
-  comboTables_Click();  // the blank row shows no reference objective
-  txtChoixTableAuto_->setText(QString::fromUtf8(kAucuneCorrespondance));
-  cmdDebloquer();
-}
-
-void frmAjouterCartouche::cmdDebloquer() {
-  for (QWidget* w : {static_cast<QWidget*>(ComboObjectif_), static_cast<QWidget*>(txtPix_),
-                     static_cast<QWidget*>(txtMic_)}) {
-    w->setEnabled(true);
-    Peindre(w, kJaunePale);
-  }
-  ComboObjectif_->setCurrentText(QString());
-  txtPix_->clear();
-  txtMic_->clear();
-  MemoireCartouche& m = s_.MemCartouche;
-  for (QString* mem : {&m.MemApPhoto, &m.MemMicro, &m.MemObjectif, &m.MemMic, &m.MemPix})
-    mem->clear();
-  s_.ExtrapolationFoc = false;
-  tableAppliquee_ = false;
-  cmdModifDefinition_->hide();
-}
-
-void frmAjouterCartouche::cmdSansEtalon() {
-  fraEchelle_->hide();
-  fraChoixTable_->hide();
-  cmdEtalonner_->show();
-  fraMicroPhoto_->show();
-  ComboObjectif_->setCurrentText(QString());
-  txtPix_->clear();
-  txtMic_->clear();
-  MemoireCartouche& m = s_.MemCartouche;
-  for (QString* mem : {&m.MemObjectif, &m.MemPix, &m.MemMic}) mem->clear();
-  s_.MicronsParPixel = 0;
-  cartoucheValide_ = true;
-  tableAppliquee_ = false;
-  s_.ExtrapolationFoc = false;
-  cmdModifDefinition_->hide();
-  for (QWidget* w : {static_cast<QWidget*>(ComboObjectif_), static_cast<QWidget*>(txtPix_),
-                     static_cast<QWidget*>(txtMic_), static_cast<QWidget*>(ComboObjectifMan_),
-                     static_cast<QWidget*>(txtMicroMan_)})
-    Peindre(w, kJaunePale);
-  optUnite_[0]->setChecked(true);
-  OptUniteObj_[0]->setChecked(true);
-  ComboObjectifMan_->setCurrentText(QString());
-  txtMicroMan_->clear();
-}
-
-void frmAjouterCartouche::cmdRecupMetaEchelle() {
-  auto verrouiller = [this](QWidget* w) {
-    w->setEnabled(false);
-    Peindre(w, kVertPale);
-  };
-  if (!s_.Microscope.isEmpty()) s_.MemCartouche.MemMicro = s_.Microscope;
-  if (!s_.Modele.isEmpty()) s_.MemCartouche.MemApPhoto = s_.Modele;
-  if (!s_.Objectif.isEmpty()) {
-    ComboObjectif_->setCurrentText(s_.Objectif);
-    verrouiller(ComboObjectif_);
-  }
-  if (!s_.EchelleMic.isEmpty()) {
-    txtMic_->setText(s_.EchelleMic);
-    txtLongueur_->setText(s_.EchelleMic);
-    verrouiller(txtMic_);
-    verrouiller(txtLongueur_);
-  }
-  if (!s_.EchellePix.isEmpty()) {
-    txtPix_->setText(s_.EchellePix);
-    verrouiller(txtPix_);
-  }
-  if (s_.Objectif.isEmpty() || s_.EchelleMic.isEmpty() || s_.EchellePix.isEmpty()) cmdDebloquer();
-}
-
-void frmAjouterCartouche::cmdModifDefinition() {
-  const EnrMesure t = TableMesure();
-  const RapportDefinition r = CalculerRapportDefinition(
-      s_.PortraitOrigine, s_.ImageTournee, s_.LargeurOrigine, s_.HauteurOrigine, t.LargPix);
-  if (Dialogues().Question(QStringLiteral(" Modification de l'échelle"),
-                           QuestionModifDefinition(r.largeur, t.LargPix), Boutons::OuiNon,
-                           Reponse::Non, Icone::Question) != Reponse::Oui) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QStringLiteral("Annulation ..."),
-                        Icone::Aucune);
-    return;
-  }
-  double pix = 0;
-  if (!LireNombre(txtPix_->text(), pix)) return;
-  // Yes does nothing for a table of the same width or of another focal length.
-  const std::optional<double> corrige = PixCorrige(pix, r, t.LargPix, s_.FocaleAPN, t.Focale);
-  if (!corrige) return;
-  const QString mic = txtMic_->text();
-  const QString objectif = ComboObjectif_->currentText();
-  cmdDebloquer();
-  txtPix_->setText(TexteReel(*corrige, s_.SeparateurDecimal));
-  txtMic_->setText(mic);
-  ComboObjectif_->setCurrentText(objectif);
-  for (QWidget* w : {static_cast<QWidget*>(ComboObjectif_), static_cast<QWidget*>(txtPix_),
-                     static_cast<QWidget*>(txtMic_)})
-    Peindre(w, kRougePale);
-  cmdDessiner();
-  cmdModifDefinition_->hide();
-}
-
-void frmAjouterCartouche::RemplirListeTables(QComboBox* liste, QLineEdit* boite, int choix) {
-  ListeCombo l(liste);
-  ExtraireChoix(l, choix);
-  // Only the blank first entry: no table to take a name from.
-  if (liste->count() < 2) {
-    Dialogues().Message(QLatin1String(TitreProgramme),
-                        QStringLiteral("Aucune table en mémoire ..."), Icone::Information);
-    return;
-  }
-  liste->insertItem(0, QString::fromUtf8(kChoisirAnnuler));
-  liste->setCurrentIndex(0);
-  boite->hide();
-  liste->show();
-}
-
-void frmAjouterCartouche::ChoisirDansListe(QComboBox* liste, QLineEdit* boite) {
-  const QString choix = liste->currentText();
-  if (choix != QString::fromUtf8(kChoisirAnnuler)) {
-    boite->setText(choix);
-    Peindre(boite, kVertPale);
-  }
-  liste->hide();
-  boite->show();
-}
-
-void frmAjouterCartouche::cmdListeApPhoto() {
-  RemplirListeTables(comboModele_, txtApPhotoMan_, ChoixModele);
-}
-
-void frmAjouterCartouche::cmdListeMicro() {
-  RemplirListeTables(comboMicro_, txtMicroMan_, ChoixMicro);
-}
-
-void frmAjouterCartouche::comboModele_Click() { ChoisirDansListe(comboModele_, txtApPhotoMan_); }
-
-void frmAjouterCartouche::comboMicro_Click() { ChoisirDansListe(comboMicro_, txtMicroMan_); }
 
 bool frmAjouterCartouche::eventFilter(QObject* objet, QEvent* e) {
   if (e->type() == QEvent::KeyPress) {
@@ -1131,321 +735,34 @@ bool frmAjouterCartouche::eventFilter(QObject* objet, QEvent* e) {
     const QString& sep = s_.SeparateurDecimal;
     auto* saisie = qobject_cast<QLineEdit*>(objet);
     // Either decimal key types the locale's sign; nothing else is filtered.
-    if (saisie && (touche == u"." || touche == u",") && touche != sep &&
-        (sep == u"." || sep == u",")) {
+    if (saisie && (touche == u"." || touche == u",") && touche != sep && (sep == u"." || sep == u",")) {
       saisie->insert(sep);
       return true;
     }
   }
+  if (!miseAJour_ && (e->type() == QEvent::ShowToParent || e->type() == QEvent::HideToParent)) {
+    const auto c = cadres_.find(objet);
+    if (c != cadres_.end()) m_.Montrer(*c, e->type() == QEvent::ShowToParent);
+  }
   return QWidget::eventFilter(objet, e);
 }
 
-void frmAjouterCartouche::InitVarEchelle() {
-  if (!EchelleVisible() || !cartoucheValide_) return;
-  EntreesEchelle e;
-  LireNombre(txtMic_->text(), e.mic);
-  LireNombre(txtPix_->text(), e.pix);
-  LireNombre(txtLongueur_->text(), e.longueur);
-  e.largeurOrigine = s_.LargeurOrigine;
-  e.largeurRecadrage = s_.LargeurRecadrage;
-  e.hauteurRecadrage = s_.HauteurRecadrage;
-  e.largeurFormatee = s_.LargeurFormatee;
-  const ResultatEchelle r = CalculerEchelle(e);
-  s_.MicronsParPixel = r.micronsParPixel;
-  echellePixels_ = r.echellePixels;
-  if (!r.valide) {
-    Dialogues().Message(QLatin1String(TitreProgramme), QString::fromUtf8(kEchelleTropLongue),
-                        Icone::Exclamation);
-    cartoucheValide_ = false;
-  }
-}
-
-// --- Drawing
-
-ValeursCartouche frmAjouterCartouche::ValeursDessin() const {
-  ValeursCartouche v;
-  v.largeur = canevas_.largeurCartouche;
-  v.hauteur = forme_.hauteurCartouche;
-  v.fond = couleurCartouche_;
-  v.ombre = ombre_;
-  v.cartoucheHB = s_.CartoucheHB;
-  v.separateur = s_.SeparateurDecimal;
-  v.echelleVisible = EchelleVisible();
-  v.cartoucheValide = cartoucheValide_;
-  v.echellePixels = echellePixels_;
-  v.couleurEchelle = couleurEchelle_;
-  v.optUnite = optUnite_[1]->isChecked() ? 1 : 0;
-  LireNombre(txtLongueur_->text(), v.longueur);
-  v.extrapolationFoc = s_.ExtrapolationFoc;
-  v.objectif = ComboObjectif_->currentText();
-  v.reductionAffichee = ReductionAffichee(s_.LargeurRecadrage, s_.Largeur, s_.LargeurOrigine,
-                                          s_.ImageDejaFormatee, s_.ReductionImage);
-  v.microscope = s_.Microscope;
-  v.modele = s_.Modele;
-  v.microMan = txtMicroMan_->text();
-  v.objectifMan = ComboObjectifMan_->currentText();
-  v.apPhotoMan = txtApPhotoMan_->text();
-  v.optUniteObj = OptUniteObj_[1]->isChecked() ? 1 : 0;
-  for (int i = 0; i < 9; ++i) v.choixChamp[i] = chkChoixChamp_[i]->isChecked();
-  v.couleurTexte = couleurTexte_;
-  v.policeTitre = policeTitre_;
-  v.policeSousTitre = policeSousTitre_;
-  v.largeurFormatee = s_.LargeurFormatee;
-  v.apnLargCourant = s_.ApnLargCourant;
-  v.titre = txtCommentaire_->text().trimmed();
-  v.eclairage = ComboEclairage_->currentText();
-  v.montage = comboMontage_->currentText();
-  v.coloration = comboColoration_->currentText();
-  v.provenance = comboProvenance_->currentText();
-  v.auteur = txtNomAuteur_->text();
-  v.dateTexte = comboJour_->currentText() + u'/' + comboMois_->currentText() + u'/' +
-                comboAnnee_->currentText();
-  return v;
-}
-
-void frmAjouterCartouche::AfficherCartouche() {
-  picCartouche_->setFixedSize(cartouche_.isNull() ? QSize(0, 0) : cartouche_.size());
-  picCartouche_->setPixmap(QPixmap::fromImage(cartouche_));
-}
-
-void frmAjouterCartouche::cmdDessiner() {
-  cartoucheValide_ = true;
-  fraPolices_->hide();
-  fraChoixChamp_->hide();
-  fraListe_->hide();
-  fraChoixTable_->hide();
-  ChampsCartouche c = LireChamps();
-  const ResultatControle r = ControleErreur(c, EchelleVisible(), s_.SeparateurDecimal);
-  EcrireChamps(c);
-  cartoucheValide_ = r.valide;
-  InitVarEchelle();
-  AppliquerCouleurAuto();
-  // An image larger than the format has no canvas: nothing is drawn.
-  if (canevas_.largeurCartouche > 0 && forme_.hauteurCartouche > 0)
-    DessinerCartouche(cartouche_, ValeursDessin());
-  AfficherCartouche();
-  cmdSuite_->setEnabled(cartoucheValide_);
-  cmdDessiner_->setText(QStringLiteral("(re)Dessiner le cartouche"));
-}
-
-// --- Final picture
-
-ParamsImageFinale frmAjouterCartouche::ParamsFinale() const {
-  ParamsImageFinale p;
-  p.largeurFond = canevas_.largeurFond;
-  p.hauteurFond = forme_.hauteurFond;
-  p.hauteurCartouche = forme_.hauteurCartouche;
-  p.cartoucheHB = s_.CartoucheHB;
-  p.cadrageFormate = s_.CadrageFormate;
-  for (int i = 0; i < 3; ++i) {
-    if (optAlign_[i]->isChecked()) p.optAlign = i;
-    if (optTransparence_[i]->isChecked()) p.optTransparence = i;
-  }
-  return p;
-}
-
-void frmAjouterCartouche::AppliquerCouleurAuto() {
-  if (!chkCouleurAuto_->isChecked() || s_.CartoucheHB != u"0") return;
-  const ParamsImageFinale p = ParamsFinale();
-  QImage image;
-  if (!ai_.Convert_ImageToPicture(s_.ImageFormatee, image)) return;
-  const double sous = LuminanceMoyenne(image, ZoneSousCartouche(p, image.width(), image.height()));
-  if (sous < 0) return;
-  // What lies under the text: the cartouche's background over the picture,
-  // as opaque as the transparency chosen.
-  const double a = AlphaTransparence(p.optTransparence) / 255.0;
-  const double fond = 0.299 * couleurCartouche_.red() + 0.587 * couleurCartouche_.green() + 0.114 * couleurCartouche_.blue();
-  DefinirCouleurTexte(DepuisBgr(CouleurContrastee(a * fond + (1 - a) * sous)));
-}
-
-bool frmAjouterCartouche::ConstruireImageFinal() {
-  const ParamsImageFinale p = ParamsFinale();
-  QImage fond(p.largeurFond, p.hauteurFond, QImage::Format_RGB32);
-  fond.fill(couleurFond_);
-  const QString commentaireAvant = s_.CommentaireImage;
-
-  ValeursBloc b;
-  auto champ = [](const QString& t) { return SansChampInutilise(t).trimmed(); };
-  b.titre = champ(txtCommentaire_->text());
-  b.auteur = champ(txtNomAuteur_->text());
-  b.dateImage = MaintenantTexte();
-  b.jourObservation = comboJour_->currentText();
-  b.moisObservation = comboMois_->currentText();
-  b.anneeObservation = comboAnnee_->currentText();
-  b.apPhotoMan = champ(txtApPhotoMan_->text());
-  b.echelleVisible = EchelleVisible();
-  if (!b.echelleVisible) s_.Modele = b.apPhotoMan;
-  b.modele = s_.Modele;
-  b.focaleAPN = s_.FocaleAPN;
-  b.digitalZoom = s_.DigitalZoom;
-  b.eclairage = champ(ComboEclairage_->currentText());
-  b.provenance = champ(comboProvenance_->currentText());
-  b.preparation = champ(comboMontage_->currentText());
-  b.coloration = champ(comboColoration_->currentText());
-  b.largeurOrigineMeta = s_.LargeurOrigineMeta;
-  b.largeurOrigine = s_.LargeurOrigine;
-  b.largeurRecadrage = s_.LargeurRecadrage;
-  b.largeur = s_.Largeur;
-  b.reduction = CalculerReduction(s_.LargeurRecadrage, s_.LargeurOrigine, s_.Largeur,
-                                  s_.ImageDejaFormatee, s_.ReductionImage);
-  if (b.echelleVisible) {
-    b.txtPix = txtPix_->text();
-    b.txtMic = txtMic_->text();
-  }
-  b.microscope = s_.Microscope;
-  b.objectif = ComboObjectif_->currentText();
-  b.longueur = txtLongueur_->text();
-  b.echellePixels = echellePixels_;
-  b.extrapolationFoc = s_.ExtrapolationFoc;
-  b.optUnite = optUnite_[1]->isChecked() ? 1 : 0;
-  b.tableAppliquee = tableAppliquee_;
-  b.microMan = champ(txtMicroMan_->text());
-  b.objectifMan = ComboObjectifMan_->currentText();
-  b.optUniteObj = OptUniteObj_[1]->isChecked() ? 1 : 0;
-  b.imageDejaFormatee = s_.ImageDejaFormatee;
-  b.traitNiveaux = chkTraitNum_[0]->isChecked();
-  b.traitPoussieres = chkTraitNum_[1]->isChecked();
-  b.traitBruit = chkTraitNum_[2]->isChecked();
-  b.traitDeconvolution = chkTraitNum_[3]->isChecked();
-  b.regne = s_.Regne;
-  b.embranchement = s_.Embranchement;
-  b.classe = s_.Classe;
-  b.ordre = s_.Ordre;
-  b.famille = s_.Famille;
-  b.genre = s_.Genre;
-  b.espece = s_.Espece;
-  b.motClef = s_.MotClef;
-  b.commentaireImage = commentaireAvant;
-  b.exifTexte = s_.ExifTexte;
-  b.iptcTexte = s_.IptcTexte;
-  b.separateurDecimal = s_.SeparateurDecimal;
-
-  s_.TitreImage = b.titre;
-  s_.NomAuteurImage = b.auteur;
-  s_.Eclairage = b.eclairage;
-  s_.Provenance = b.provenance;
-  s_.Coloration = b.coloration;
-  s_.Preparation = b.preparation;
-  s_.DateObservation = b.jourObservation + u'/' + b.moisObservation + u'/' + b.anneeObservation;
-  s_.TraitNiveaux = b.traitNiveaux;
-  s_.TraitPoussieres = b.traitPoussieres;
-  s_.TraitBruit = b.traitBruit;
-  s_.TraitDeconvolution = b.traitDeconvolution;
-  if (b.echelleVisible) {
-    s_.UniteEtalon = b.optUnite == 0 ? QStringLiteral("um") : QStringLiteral("mm");
-    s_.Objectif = b.objectif;
-    s_.EchelleMic = b.longueur;
-    s_.EchellePix = TexteReel(echellePixels_, s_.SeparateurDecimal);
-  }
-  if (!tableAppliquee_) s_.UniteObj = b.optUniteObj == 0 ? QStringLiteral("x") : QStringLiteral("mm");
-  const QString texte = EcrireBlocMeta(b);
-
-  Bitmap sortie;
-  QStringList messages;
-  int largeurF = s_.LargeurFormatee, hauteurF = s_.HauteurFormatee;
-  const bool ok = tg::ConstruireImageFinal(ai_, s_.ImageFormatee, largeurF, hauteurF, fond,
-                                           cartouche_, couleurCartouche_, p, sortie, messages);
-  s_.LargeurFormatee = largeurF;
-  s_.HauteurFormatee = hauteurF;
-  for (const QString& m : messages)
-    Dialogues().Message(QLatin1String(TitreProgramme), m, Icone::Critique);
-  if (ok) {
-    s_.ImageCourante = std::move(sortie);
-    s_.Largeur = ai_.Info_Width(s_.ImageCourante);
-    s_.Hauteur = ai_.Info_Height(s_.ImageCourante);
-    s_.Cadrage = s_.Hauteur ? float(s_.Largeur) / float(s_.Hauteur) : 0;
-    s_.CommentaireImage = texte;
-    s_.ImageFinale = true;
-  }
-  echellePixels_ = 0;
-  return ok;
+void frmAjouterCartouche::MontrerImageFinale(frmFichierPhoto& principal) {
+  const SessionRecord& s = principal.Session();
+  if (auto* exif = principal.findChild<QPlainTextEdit*>(QStringLiteral("txtExif")))
+    exif->setPlainText(s.CommentaireImage);
+  principal.AfficherImage(s.ImageCourante);
+  principal.LibelleBoutonMeta(QStringLiteral("Voir nouvelles Méta-Données"));
+  principal.AppliquerEtape();
+  principal.AfficherInfosImage();
+  principal.show();
 }
 
 void frmAjouterCartouche::cmdSuite() {
-  cmdDessiner();
-  ConstruireImageFinal();
-  MemoireCartouche m;
-  // "Complète" is stored as 0.
-  m.MemTransparence = optTransparence_[1]->isChecked() ? 1 : 0;
-  for (int i = 0; i < 3; ++i)
-    if (optAlign_[i]->isChecked()) m.MemAlign = int16_t(i);
-  m.MemTitre = txtCommentaire_->text();
-  m.MemAuteur = txtNomAuteur_->text();
-  m.MemProvenance = comboProvenance_->currentText();
-  m.MemColoration = comboColoration_->currentText();
-  m.MemMontage = comboMontage_->currentText();
-  m.MemEclairage = ComboEclairage_->currentText();
-  for (int i = 0; i < 4; ++i) m.MemTraitNum[i] = chkTraitNum_[i]->isChecked();
-  m.MemMicro = s_.Microscope;
-  m.MemApPhoto = s_.Modele;
-  m.MemObjectif = ComboObjectif_->currentText();
-  m.MemPix = txtPix_->text();
-  m.MemMic = txtMic_->text();
-  double longueur = 0;
-  LireNombre(txtLongueur_->text(), longueur);
-  m.MemLongueur = int32_t(longueur);
-  m.MemCouleurTexte = VersBgr(couleurTexte_);
-  m.MemCouleurEchelle = VersBgr(couleurEchelle_);
-  m.MemCouleurCartouche = VersBgr(couleurCartouche_);
-  m.MemCouleurFond = VersBgr(couleurFond_);
-  m.MemEchelleVisible = EchelleVisible();
-  m.MemChoixTableVisible = !fraChoixTable_->isHidden();
-  m.MemPolicesVisible = !fraPolices_->isHidden();
-  m.MemUniteObj = OptUniteObj_[1]->isChecked() ? 1 : 0;
-  m.MemOmbrage = chkOmbrage_->isChecked();
-  EcrireMemCartouche(s_, m);
-  // What the no-scale block shows at the next visit; an unused field is blank.
-  s_.MicroscopeMeta = SansChampInutilise(txtMicroMan_->text());
-  s_.ApPhotoMeta = SansChampInutilise(txtApPhotoMan_->text());
-  s_.ObjectifMeta = ComboObjectifMan_->currentText();
-
-  // New entries of the four choice lists.
-  QComboBox* combos[4] = {ComboEclairage_, comboProvenance_, comboMontage_, comboColoration_};
-  const ListeChoix listes[4] = {ListeChoix::Eclairage, ListeChoix::Provenance, ListeChoix::Montage,
-                                ListeChoix::Coloration};
-  for (int i = 0; i < 4; ++i) {
-    ListeCombo l(combos[i]);
-    AjouterSiNouveau(chkListe_[i]->isChecked(), l, CheminListe(listes[i]));
-  }
-
-  s_.Etape = 3;
-  if (principal_) {
-    if (auto* exif = principal_->findChild<QPlainTextEdit*>(QStringLiteral("txtExif")))
-      exif->setPlainText(s_.CommentaireImage);
-    principal_->AfficherImage(s_.ImageCourante);
-    principal_->LibelleBoutonMeta(QStringLiteral("Voir nouvelles Méta-Données"));
-    principal_->AppliquerEtape();
-    principal_->AfficherInfosImage();
-    principal_->show();
-  }
+  m_.cmdSuite();
+  Rafraichir();
+  if (principal_) MontrerImageFinale(*principal_);
   close();
-}
-
-void frmAjouterCartouche::cmdLongueurAuto() {
-  EntreesEchelle e;
-  LireNombre(txtMic_->text(), e.mic);
-  LireNombre(txtPix_->text(), e.pix);
-  e.longueur = 1;
-  e.largeurOrigine = s_.LargeurOrigine;
-  e.largeurRecadrage = s_.LargeurRecadrage;
-  e.hauteurRecadrage = s_.HauteurRecadrage;
-  e.largeurFormatee = s_.LargeurFormatee;
-  if (!(e.mic > 0) || !(e.pix > 0) || LargeurRefEchelle(e.largeurOrigine, e.largeurRecadrage, e.hauteurRecadrage) <= 0) {
-    Dialogues().Message(QLatin1String(TitreProgramme),
-                        QStringLiteral("Indiquez d'abord l'échelle (pixels et microns) !"), Icone::Exclamation);
-    return;
-  }
-  const double l = LongueurAuto(CalculerEchelle(e).micronsParPixel, s_.LargeurFormatee);
-  txtLongueur_->setText(TexteReel(l, s_.SeparateurDecimal));
-}
-
-QString frmAjouterCartouche::LegendeActuelle() const { return LegendeEchelle(ValeursDessin()); }
-
-void frmAjouterCartouche::cmdExtrapolFoc() {
-  s_.DepuisCartouche = true;
-  cmdAnnulerTable();
-  if (extrapolation_) extrapolation_->close();
-  extrapolation_ = frmExtrapolFocale::Afficher(s_, this);
 }
 
 void frmAjouterCartouche::closeEvent(QCloseEvent* e) {
@@ -1453,7 +770,7 @@ void frmAjouterCartouche::closeEvent(QCloseEvent* e) {
   if (motClef_) motClef_->close();
   if (pipette_) pipette_->close();
   if (extrapolation_) extrapolation_->close();
-  s_.DepuisCartouche = false;
+  m_.Quitter();
   if (principal_) principal_->show();
   e->accept();
 }
@@ -1470,9 +787,11 @@ frmAjouterCartouche* frmAjouterCartouche::Afficher(frmFichierPhoto& principal) {
 }
 
 void frmAjouterCartouche::Reconstruire(frmFichierPhoto& principal) {
-  frmAjouterCartouche f(principal.Session(), principal.Imagerie(), &principal);
-  f.Form_Load();
-  f.cmdSuite();
+  ModeleCartouche m(principal.Session(), principal.Imagerie());
+  m.Form_Load();
+  m.cmdSuite();
+  m.Quitter();
+  MontrerImageFinale(principal);
 }
 
 }  // namespace tg

@@ -1,17 +1,15 @@
 #pragma once
-// The cartouche form: texts, scale and options of the title block, its
-// preview and the building of the final picture. Lives for one visit; only
-// cmdSuite writes to the session.
+// The cartouche form's window: shows the form's model in its controls and
+// hands the model the user's edits and clicks. Lives for one visit.
 #include <QColor>
 #include <QFont>
+#include <QHash>
 #include <QImage>
 #include <QPointer>
 #include <QWidget>
 #include <array>
 
-#include "cartouche/FormCartouche.h"
-#include "cartouche/RenduCartouche.h"
-#include "cartouche/ImageFinale.h"
+#include "cartouche/ModeleCartouche.h"
 #include "core/SessionRecord.h"
 #include "core/frmPipette.h"
 
@@ -41,7 +39,7 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   // Opens the form as the main window's "Cartouche" step does.
   static frmAjouterCartouche* Afficher(frmFichierPhoto& principal);
   // Rebuilds the final picture from ImageFormatee with the remembered form
-  // (annotations dropped): loads a hidden form and presses cmdSuite.
+  // (annotations dropped): the form's model loaded and its Suite pressed.
   static void Reconstruire(frmFichierPhoto& principal);
 
   void Form_Load();
@@ -88,19 +86,20 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
   void cmdRecupMetaEchelle();
   void cmdModifDefinition();
 
-  bool CartoucheValide() const { return cartoucheValide_; }
-  bool TableAppliquee() const { return tableAppliquee_; }
+  ModeleCartouche& Modele() { return m_; }
+  bool CartoucheValide() const { return m_.CartoucheValide(); }
+  bool TableAppliquee() const { return m_.TableAppliquee(); }
   // The caption of the scale bar as the cartouche draws it now.
-  QString LegendeActuelle() const;
-  float EchellePixels() const { return echellePixels_; }
-  int HauteurCartouche() const { return forme_.hauteurCartouche; }
-  const QImage& ImageCartouche() const { return cartouche_; }
-  QColor CouleurTexte() const { return couleurTexte_; }
-  QColor CouleurEchelle() const { return couleurEchelle_; }
-  QColor CouleurCartouche() const { return couleurCartouche_; }
-  QColor CouleurFond() const { return couleurFond_; }
-  const QFont& PoliceTitre() const { return policeTitre_; }
-  const QFont& PoliceSousTitre() const { return policeSousTitre_; }
+  QString LegendeActuelle() const { return m_.LegendeActuelle(); }
+  float EchellePixels() const { return m_.EchellePixels(); }
+  int HauteurCartouche() const { return m_.HauteurCartouche(); }
+  const QImage& ImageCartouche() const { return m_.ImageCartouche(); }
+  QColor CouleurTexte() const { return m_.CouleurTexte(); }
+  QColor CouleurEchelle() const { return m_.CouleurEchelle(); }
+  QColor CouleurCartouche() const { return m_.CouleurCartouche(); }
+  QColor CouleurFond() const { return m_.CouleurFond(); }
+  const QFont& PoliceTitre() const { return m_.PoliceTitre(); }
+  const QFont& PoliceSousTitre() const { return m_.PoliceSousTitre(); }
 
  protected:
   void closeEvent(QCloseEvent* e) override;
@@ -109,53 +108,34 @@ class frmAjouterCartouche : public QWidget, public IReceveurPipette {
 
  private:
   void Construire();
-  void RemplirObjectifs();
-  void RestaurerMemoire(const MemoireCartouche& m);
-  void AppliquerDate(const DateCartouche& d);
-  // chkOmbrage_Click without its drawing.
-  void AppliquerOmbrage();
-  ChampsCartouche LireChamps() const;
-  void EcrireChamps(const ChampsCartouche& c);
-  void InitVarEchelle();
-  ValeursCartouche ValeursDessin() const;
-  void AfficherCartouche();
+  // Every control from the model's state; edits made meanwhile are not
+  // handed back.
+  void Rafraichir();
+  // A model action, then the controls shown again.
+  void Agir(void (ModeleCartouche::*action)());
+  // The main window after the final picture was built.
+  static void MontrerImageFinale(frmFichierPhoto& principal);
   void Peindre(QWidget* w, int bgr);
-  ParamsImageFinale ParamsFinale() const;
-  // The auto colour of text and bar over the picture (chkCouleurAuto).
-  void AppliquerCouleurAuto();
-  void ApparenceChampsTable();
-  void ApparenceNoEtalon();
-  bool EchelleVisible() const;
-  bool ConstruireImageFinal();
-  int SlotChoisi() const;
-  void ChoisirPolice(int numero);
-  void AfficherPolices();
-  void RemplirListeTables(QComboBox* liste, QLineEdit* boite, int choix);
-  void ChoisirDansListe(QComboBox* liste, QLineEdit* boite);
+  QWidget* ControleDe(Controle c) const;
+  void ChoisirCouleur(const QColor& initiale, void (ModeleCartouche::*poser)(const QColor&));
 
   SessionRecord& s_;
   cAdvancedImagery& ai_;
   frmFichierPhoto* principal_;
-
-  // Form state.
-  float echellePixels_ = 0;
-  bool cartoucheValide_ = true;
-  bool tableAppliquee_ = false;
-  Canevas canevas_;
-  FormeCartouche forme_;
-  QColor couleurTexte_ = Qt::black, couleurEchelle_ = Qt::black, couleurCartouche_ = Qt::white,
-         couleurFond_ = Qt::white;
-  QFont policeTitre_, policeSousTitre_;
-  QImage cartouche_, ombre_;
-  // What RecupDate chose at the opening; "Champs par défaut" brings it back.
-  DateCartouche dateRecuperee_;
+  ModeleCartouche m_;
+  bool miseAJour_ = false;
+  // The model's tint last painted on each input, so that one set by another
+  // window stays until the model tints it again.
+  std::array<unsigned, kNombreControles> teintePeinte_{};
+  qint64 imageMontree_ = -1;
+  // The frames another window may show or hide.
+  QHash<QObject*, Controle> cadres_;
 
   QLineEdit *txtCommentaire_, *txtNomAuteur_, *txtMicroMan_, *txtApPhotoMan_;
   QComboBox *ComboEclairage_, *comboProvenance_, *comboMontage_, *comboColoration_;
   QComboBox *comboJour_, *comboMois_, *comboAnnee_;
   QLabel *lblDatePhoto_, *lblInfosCartouche_, *picCartouche_, *imgMotClef_;
   std::array<QCheckBox*, 9> chkChoixChamp_{};
-  std::array<QString, 9> tagChamp_;
   std::array<QCheckBox*, 4> chkTraitNum_{};
   QComboBox *ComboObjectifMan_, *ComboObjectif_, *comboListeObjectif_, *comboTables_,
       *comboIndexTable_;

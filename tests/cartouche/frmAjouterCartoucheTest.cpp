@@ -304,6 +304,31 @@ TEST_F(FormCartouche, EchelleManuelleTropLongueRefusee) {
   EXPECT_FLOAT_EQ(s.MicronsParPixel, 1.0f);
 }
 
+// A frame hidden and a tint set by another window (the extrapolation does
+// both) stay as it left them when the form is shown again after an action.
+TEST_F(FormCartouche, CadreCacheEtTeinteParUneAutreFenetreRestent) {
+  Ouvrir(640, 480);
+  C<QPushButton>("cmdEtalonner")->click();
+  auto* cadre = C<QFrame>("fraChoixTable");
+  ASSERT_FALSE(cadre->isHidden());
+  C<QPushButton>("cmdDebloquer")->click();
+  ASSERT_TRUE(Peint(C<QLineEdit>("txtPix"), "#ffffc0"));
+  cadre->hide();
+  C<QLineEdit>("txtPix")->setStyleSheet(QStringLiteral("background-color: #ffc0c0;"));
+  C<QLineEdit>("txtPix")->setText(QStringLiteral("100"));
+  C<QLineEdit>("txtMic")->setText(QStringLiteral("100"));
+  C<QPushButton>("cmdLongueurAuto")->click();
+  EXPECT_EQ(C<QLineEdit>("txtLongueur")->text(), "100");
+  EXPECT_TRUE(cadre->isHidden());
+  EXPECT_FALSE(f->Modele().Visible(Controle::fraChoixTable));
+  EXPECT_TRUE(Peint(C<QLineEdit>("txtPix"), "#ffc0c0"));
+  // The model's own tint replaces it, the same as before included.
+  C<QPushButton>("cmdDebloquer")->click();
+  EXPECT_TRUE(Peint(C<QLineEdit>("txtPix"), "#ffffc0"));
+  C<QPushButton>("cmdOuvrirFraChoixTable")->click();
+  EXPECT_FALSE(cadre->isHidden());
+}
+
 // --- Correction of a table made at another definition
 
 class ModifDefinition : public FormCartouche {
