@@ -223,6 +223,30 @@ TEST_F(ModeleCartoucheTest, MemoireRendueALaVisiteSuivanteEtOublieePourUneAutreP
   EXPECT_EQ(m->CouleurTexte(), QColor(Qt::black));
 }
 
+// The final picture rebuilt from the memory alone (annotations dropped) is
+// the one the visit built.
+TEST_F(ModeleCartoucheTest, SuiteRejoueeSurLaMemoireDonneLaMemeImage) {
+  Ouvrir(640, 480);
+  m->txtCommentaire = QStringLiteral("Navicula");
+  m->comboProvenance.DefinirTexte(QStringLiteral("Etang"));
+  Echelle("250", "100", "30");
+  m->DefinirCouleurTexte(QColor(200, 0, 0));
+  m->DefinirCouleurCartouche(QColor(230, 230, 250));
+  ASSERT_TRUE(m->cmdSuite());
+  QImage premiere, seconde;
+  ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, premiere));
+  const QString echelle = s.EchellePix;
+
+  Rouvrir();
+  ASSERT_TRUE(m->cmdSuite());
+  EXPECT_TRUE(dlg.appels.empty()) << dlg.Textes().join(" | ").toStdString();
+  ASSERT_TRUE(ai.Convert_ImageToPicture(s.ImageCourante, seconde));
+  EXPECT_EQ(seconde.size(), premiere.size());
+  EXPECT_TRUE(seconde == premiere);
+  EXPECT_EQ(s.EchellePix, echelle);
+  EXPECT_EQ(s.Provenance, "Etang");
+}
+
 // The shadow strip of a 3:2 picture is remembered; "Champs par défaut" takes
 // it off with the colours, and keeps the photo's date.
 TEST_F(ModeleCartoucheTest, OmbrageMemoriseEtChampsParDefaut) {
