@@ -81,6 +81,12 @@ ResultatControle ControleErreur(ChampsCartouche& c, bool echelleVisible, const Q
   return r;
 }
 
+QString SigneDecimalTape(const QString& touche, const QString& sep) {
+  const bool decimale = touche == u"." || touche == u",";
+  if (decimale && touche != sep && (sep == u"." || sep == u",")) return sep;
+  return QString();
+}
+
 DateCartouche RecupDate(const QString& dateImage, const QString& dateObservation,
                         const QDate& aujourdhui) {
   DateCartouche d;

@@ -80,6 +80,10 @@ OptionsDefaut CalculerOptionsDefaut(float cadrageFormate, float ratioFormat,
 // is kept even when the box is unticked at a later store.
 void EcrireMemCartouche(SessionRecord& s, MemoireCartouche m);
 
+// A key typed in a numeric input of the form: either decimal key types the
+// locale's sign (returned); empty when the key goes in as it is.
+QString SigneDecimalTape(const QString& touche, const QString& separateur);
+
 // The standard report of an error trapped in a procedure of the form.
 QString TexteErreurFeuille(int numero, const QString& texte, const QString& procedure);
 

@@ -731,12 +731,10 @@ void frmAjouterCartouche::cmdExtrapolFoc() {
 
 bool frmAjouterCartouche::eventFilter(QObject* objet, QEvent* e) {
   if (e->type() == QEvent::KeyPress) {
-    const QString touche = static_cast<QKeyEvent*>(e)->text();
-    const QString& sep = s_.SeparateurDecimal;
     auto* saisie = qobject_cast<QLineEdit*>(objet);
-    // Either decimal key types the locale's sign; nothing else is filtered.
-    if (saisie && (touche == u"." || touche == u",") && touche != sep && (sep == u"." || sep == u",")) {
-      saisie->insert(sep);
+    const QString signe = SigneDecimalTape(static_cast<QKeyEvent*>(e)->text(), s_.SeparateurDecimal);
+    if (saisie && !signe.isEmpty()) {
+      saisie->insert(signe);
       return true;
     }
   }

@@ -174,5 +174,14 @@ TEST(Police, RelueAuDemarrageSuivant) {
   EXPECT_EQ(relue.FontSize2, 8);
 }
 
+TEST(SigneDecimalTape, LaToucheDeLAutreLocaleDonneLeSigneDuSysteme) {
+  EXPECT_EQ(SigneDecimalTape(QStringLiteral("."), QStringLiteral(",")), ",");
+  EXPECT_EQ(SigneDecimalTape(QStringLiteral(","), QStringLiteral(".")), ".");
+  // The locale's own key, other keys, and a sign that is neither: untouched.
+  EXPECT_EQ(SigneDecimalTape(QStringLiteral(","), QStringLiteral(",")), "");
+  EXPECT_EQ(SigneDecimalTape(QStringLiteral("a"), QStringLiteral(",")), "");
+  EXPECT_EQ(SigneDecimalTape(QStringLiteral("."), QStringLiteral("'")), "");
+}
+
 }  // namespace
 }  // namespace tg
