@@ -244,8 +244,10 @@ int main(int argc, char** argv) {
   tg::FiltrerMessagesQt();
   QStringList arguments;
   if (entree->second.dessin == Dessin::Oui) {
-    // Pictures and fonts need a GUI application, not widgets; no display is used.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Pictures and fonts need a GUI application, not widgets; no display is
+    // used. The minimal platform with the system's fonts draws the same
+    // pixels as the offscreen one and starts without its X11 and GL setup.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "minimal:enable_fonts");
     QGuiApplication app(argc, argv);
     arguments = QCoreApplication::arguments().mid(2);
     return entree->second.commande(arguments);

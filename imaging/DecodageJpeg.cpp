@@ -211,7 +211,7 @@ FIBITMAP* DecoderJpegRedimensionne(const QString& chemin, int largeur, int haute
     c.scale_num = 1;
     c.scale_denom = 1;
     for (unsigned d : {8u, 4u, 2u}) {
-      if (c.image_width / d >= unsigned(2 * largeur) && c.image_height / d >= unsigned(2 * hauteur)) {
+      if (int(c.image_width / d) >= MinimumReduit(largeur) && int(c.image_height / d) >= MinimumReduit(hauteur)) {
         c.scale_denom = d;
         break;
       }

@@ -37,11 +37,19 @@ class Octets {
   }
   const char* pointeur(int64_t p) const { return d_ + p; }
   bool egal(int64_t p, const char* s, int64_t n) const { return a(p, n) && std::memcmp(d_ + p, s, size_t(n)) == 0; }
-  // Position of `s` from `depuis`, -1 when absent.
-  int64_t chercher(int64_t depuis, const char* s, int64_t n) const {
-    if (depuis < 0 || depuis >= n_) return -1;
-    const void* r = memmem(d_ + depuis, size_t(n_ - depuis), s, size_t(n));
-    return r ? static_cast<const char*>(r) - d_ : -1;
+  // Position of the last two bytes `a`, `b` from `depuis` on, -1 when
+  // absent. From the end: a JPEG's end marker is in its last bytes, and the
+  // picture's data are not read through for it.
+  int64_t chercherDernier(int64_t depuis, char a, char b) const {
+    if (depuis < 0) return -1;
+    for (int64_t fin = n_; fin - depuis >= 2;) {
+      const void* r = memrchr(d_ + depuis, static_cast<unsigned char>(a), size_t(fin - 1 - depuis));
+      if (r == nullptr) return -1;
+      const int64_t i = static_cast<const char*>(r) - d_;
+      if (d_[i + 1] == b) return i;
+      fin = i + 1;
+    }
+    return -1;
   }
 
  private:
@@ -144,7 +152,7 @@ VerificationImage& Jpeg(const Octets& o, Resultat& r) {
     if (m2 == 0xDA) {
       if (!cadre) return r.EnTete(QStringLiteral("ses données d'image précèdent la description de l'image"));
       // The image data end at the end marker; a file cut before it lost its lower part.
-      if (o.chercher(p + 2 + longueur, "\xFF\xD9", 2) < 0) {
+      if (o.chercherDernier(p + 2 + longueur, '\xFF', '\xD9') < 0) {
         r.v.incomplet = true;
         r.v.message = QStringLiteral(
                           "Le fichier %1 est incomplet : ses données d'image s'arrêtent avant la "

@@ -338,7 +338,7 @@ bool cAdvancedImagery::IO_LoadImageRedimensionnee(const QString& chemin, int lar
   // Without a DCT scale the whole decode and FreeImage's own resampling give
   // the very pixels the windows give: that road is kept.
   if (!entete.Vide() &&
-      DenominateurDCT(Info_Width(entete), Info_Height(entete), 2 * largeur, 2 * hauteur) == 1)
+      DenominateurDCT(Info_Width(entete), Info_Height(entete), MinimumReduit(largeur), MinimumReduit(hauteur)) == 1)
     return Echec("No DCT scale for this size");
   QString erreur;
   sortie.Reset(DecoderJpegRedimensionne(chemin, largeur, hauteur, erreur));
@@ -465,7 +465,7 @@ bool cAdvancedImagery::IO_SaveImage(const Bitmap& image, const QString& chemin, 
   return true;
 }
 
-bool cAdvancedImagery::IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp) {
+bool cAdvancedImagery::IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp, int couleur) {
   sortie.Reset();
   if (largeur < 1 || hauteur < 1) return Echec(QString("Invalid image size %1 x %2").arg(largeur).arg(hauteur));
   if (bpp != 1 && bpp != 4 && bpp != 8 && bpp != 16 && bpp != 24 && bpp != 32)
@@ -475,11 +475,18 @@ bool cAdvancedImagery::IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, 
   // in FreeImage's default grey palette).
   FIBITMAP* dib = FreeImage_Allocate(largeur, hauteur, bpp);
   if (dib == nullptr) return EchecBibliotheque("Image could not be allocated");
-  if (bpp == 32) {
-    // Opaque black: a zero alpha would make the new bitmap invisible once drawn.
+  if (bpp == 32 || (bpp == 24 && couleur != 0)) {
+    // Opaque: a zero alpha would make the new bitmap invisible once drawn.
+    const int octets = bpp / 8;
     for (int y = 0; y < hauteur; ++y) {
       BYTE* ligne = FreeImage_GetScanLine(dib, y);
-      for (int x = 0; x < largeur; ++x) ligne[x * 4 + FI_RGBA_ALPHA] = 0xFF;
+      for (int x = 0; x < largeur; ++x) {
+        BYTE* p = ligne + x * octets;
+        p[FI_RGBA_RED] = BYTE(couleur & 0xFF);
+        p[FI_RGBA_GREEN] = BYTE((couleur >> 8) & 0xFF);
+        p[FI_RGBA_BLUE] = BYTE((couleur >> 16) & 0xFF);
+        if (octets == 4) p[FI_RGBA_ALPHA] = 0xFF;
+      }
     }
   }
   sortie.Reset(dib);
@@ -581,6 +588,27 @@ bool cAdvancedImagery::Convert_PictureToImage(const QImage& image, Bitmap& sorti
     }
   }
   // An opaque picture gives a 24-bit bitmap, the depth the program works in.
+  // From 32-bit pixels the rows are copied straight in, without a 24-bit
+  // copy of the whole picture beside it.
+  const QImage& opaque32 = source.isNull() ? image : source;
+  if (opaque && (opaque32.format() == QImage::Format_RGB32 || opaque32.format() == QImage::Format_ARGB32)) {
+    const int l = opaque32.width(), h = opaque32.height();
+    FIBITMAP* dib = FreeImage_Allocate(l, h, 24, FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK);
+    if (dib == nullptr) return EchecBibliotheque("Picture could not be converted");
+    for (int y = 0; y < h; ++y) {
+      const QRgb* de = reinterpret_cast<const QRgb*>(opaque32.constScanLine(y));
+      BYTE* vers = FreeImage_GetScanLine(dib, h - 1 - y);  // bottom-up
+      for (int x = 0; x < l; ++x, vers += 3) {
+        vers[FI_RGBA_RED] = BYTE(qRed(de[x]));
+        vers[FI_RGBA_GREEN] = BYTE(qGreen(de[x]));
+        vers[FI_RGBA_BLUE] = BYTE(qBlue(de[x]));
+      }
+    }
+    if (image.dotsPerMeterX() > 0) FreeImage_SetDotsPerMeterX(dib, image.dotsPerMeterX());
+    if (image.dotsPerMeterY() > 0) FreeImage_SetDotsPerMeterY(dib, image.dotsPerMeterY());
+    sortie.Reset(dib);
+    return true;
+  }
   if (opaque) source = image.convertToFormat(QImage::Format_BGR888);
   FIBITMAP* dib = FreeImage_ConvertFromRawBits(const_cast<BYTE*>(source.constBits()), source.width(), source.height(),
                                                static_cast<int>(source.bytesPerLine()), opaque ? 24 : 32,

@@ -99,11 +99,11 @@ class cAdvancedImagery {
   // Incomplet() set, as IO_LoadImage.
   bool IO_LoadEntete(const QString& chemin, Bitmap& sortie);
   // A JPEG decoded straight to largeur x hauteur: the smallest DCT scale
-  // leaving twice that size, then Lanczos 3, on two threads, the whole
-  // picture never held; the metadata of `entete` goes with it. False, with
-  // sortie empty, for a file this road does not take (not three colour
-  // channels, less than twice the output size, damaged): the caller loads it
-  // whole.
+  // leaving kMargeReduction times that size, then Lanczos 3, on two
+  // threads, the whole picture never held; the metadata of `entete` goes
+  // with it. False, with sortie empty, for a file this road does not take
+  // (not three colour channels, less than kMargeReduction times the output
+  // size, damaged): the caller loads it whole.
   bool IO_LoadImageRedimensionnee(const QString& chemin, int largeur, int hauteur, const Bitmap& entete,
                                   Bitmap& sortie);
   // False for an empty bitmap or a header alone.
@@ -117,8 +117,9 @@ class cAdvancedImagery {
   // format: FormatBMP, FormatJPEG or FormatTIFF; flags: JPEG quality 1 to 100,
   // else 0. The attached comment and EXIF are written with the file.
   bool IO_SaveImage(const Bitmap& image, const QString& chemin, int format, int flags);
-  // A new black bitmap of `bpp` bits per pixel (24 for the program).
-  bool IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp = 24);
+  // A new bitmap of `bpp` bits per pixel (24 for the program), black, or at
+  // 24 and 32 bits of the colour `couleur` (0xBBGGRR), opaque.
+  bool IO_CreateImage(Bitmap& sortie, int largeur, int hauteur, int bpp = 24, int couleur = 0);
   void IO_DestroyBitmap(Bitmap& image);
   bool IO_Copy(const Bitmap& source, Bitmap& sortie);
 

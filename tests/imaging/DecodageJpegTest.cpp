@@ -74,13 +74,14 @@ TEST(DecodageJpeg, PoidsLanczosNormesCentresEtDansLEntree) {
   }
 }
 
-// At 1/2 (1203 / 2 leaves twice 300) and without a DCT scale (700 from 1203),
-// sizes not multiples of 8: within a JPEG save of the reference.
+// At 1/2 (1203 / 2 leaves twice 300, and 1/4 would leave 1.875 times
+// 160 x 120, which aliases) and without a DCT scale (700 from 1203), sizes
+// not multiples of 8: within a JPEG save of the reference.
 TEST(DecodageJpeg, CommeLeDecodageCompletPuisLanczos) {
   const QString chemin = Enregistrer(Motif(1203, 901), "motif.jpg");
   FIBITMAP* complet = FreeImage_Load(FIF_JPEG, QFile::encodeName(chemin).constData(), 0);
   ASSERT_NE(complet, nullptr);
-  for (const auto& [l, h] : {std::pair{300, 225}, {700, 524}, {1202, 900}}) {
+  for (const auto& [l, h] : {std::pair{300, 225}, {160, 120}, {700, 524}, {1202, 900}}) {
     QString erreur;
     FIBITMAP* direct = DecoderJpegRedimensionne(chemin, l, h, erreur);
     ASSERT_NE(direct, nullptr) << erreur.toStdString();
