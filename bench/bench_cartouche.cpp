@@ -73,8 +73,6 @@ void ConstruireImageFinal(benchmark::State& etat) {
   tg::cAdvancedImagery ai;
   QImage cartouche;
   tg::DessinerCartouche(cartouche, Valeurs(largeur));
-  QImage fond(largeur, hauteur + 60, QImage::Format_RGB32);
-  fond.fill(Qt::white);
   tg::ParamsImageFinale p;
   p.largeurFond = largeur;
   p.hauteurFond = hauteur + 60;
@@ -88,7 +86,7 @@ void ConstruireImageFinal(benchmark::State& etat) {
     int l = largeur, h = hauteur;
     QStringList messages;
     etat.ResumeTiming();
-    if (!tg::ConstruireImageFinal(ai, image, l, h, fond, cartouche, Qt::white, p, sortie, messages))
+    if (!tg::ConstruireImageFinal(ai, image, l, h, Qt::white, cartouche, Qt::white, p, sortie, messages))
       etat.SkipWithError("ConstruireImageFinal");
   }
 }

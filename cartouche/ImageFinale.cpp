@@ -111,7 +111,7 @@ int AlphaTransparence(int optTransparence) {
 }
 
 bool ConstruireImageFinal(cAdvancedImagery& ia, Bitmap& imageFormatee, int& largeurFormatee,
-                          int& hauteurFormatee, const QImage& picFond, const QImage& picCartouche,
+                          int& hauteurFormatee, const QColor& couleurFond, const QImage& picCartouche,
                           const QColor& fondCartouche, const ParamsImageFinale& p, Bitmap& sortie,
                           QStringList& messages) {
   sortie.Reset();
@@ -128,7 +128,7 @@ bool ConstruireImageFinal(cAdvancedImagery& ia, Bitmap& imageFormatee, int& larg
   const int hautCartouche = HautCartouche(p, largeurFormatee, hauteurFormatee);
 
   Bitmap imgFond, imgCartouche;
-  etape(ia.Convert_PictureToImage(picFond, imgFond), QStringLiteral("Error - 1:"));
+  etape(ia.IO_CreateImage(imgFond, p.largeurFond, p.hauteurFond, 24, Bgr(couleurFond)), QStringLiteral("Error - 1:"));
   etape(ia.Convert_PictureToImage(picCartouche, imgCartouche), QStringLiteral("Error  - 2"));
 
   // A format's height or width rounded one pixel short is stretched to fill
@@ -178,10 +178,13 @@ bool ConstruireImageFinal(cAdvancedImagery& ia, Bitmap& imageFormatee, int& larg
     etape(ia.Effect_OverlayPicture(imgFond, imgCartouche, 0, hautCartouche), stage);
   }
 
-  if (!ia.IO_Copy(imgFond, sortie)) {
+  // The background is the final picture: handed over, not copied.
+  if (!ia.Info_Pixels(imgFond)) {
+    ia.IO_Copy(imgFond, sortie);  // sets the library's error
     messages << QStringLiteral("Error - ") + ia.Error_GetLast();
     return false;
   }
+  sortie = std::move(imgFond);
   return true;
 }
 

@@ -53,14 +53,15 @@ QString TraitementTexte(const QStringList& legendes, const QList<bool>& coches);
 QString SansChampInutilise(const QString& texte);
 
 // ConstruireImageFinal. `imageFormatee` (and its size) may be corrected by
-// one pixel to fill the background, and is kept for a rebuild. `picFond` is
-// the background canvas (largeurFond x hauteurFond, its colour), `picCartouche`
+// one pixel to fill the background, and is kept for a rebuild. The
+// background canvas is largeurFond x hauteurFond of p, in `couleurFond`,
+// made straight at the program's depth; `picCartouche`
 // the drawn cartouche whose background colour is `fondCartouche`. No step
 // stops the building: each failure adds its message to `messages` and the
 // next step runs. True when `sortie` holds the composed picture; on false
 // the session must be left as it was.
 bool ConstruireImageFinal(cAdvancedImagery& ia, Bitmap& imageFormatee, int& largeurFormatee,
-                          int& hauteurFormatee, const QImage& picFond, const QImage& picCartouche,
+                          int& hauteurFormatee, const QColor& couleurFond, const QImage& picCartouche,
                           const QColor& fondCartouche, const ParamsImageFinale& p, Bitmap& sortie,
                           QStringList& messages);
 

@@ -867,8 +867,6 @@ void ModeleCartouche::AppliquerCouleurAuto() {
 
 bool ModeleCartouche::ConstruireImageFinal() {
   const ParamsImageFinale p = ParamsFinale();
-  QImage fond(p.largeurFond, p.hauteurFond, QImage::Format_RGB32);
-  fond.fill(couleurFond_);
   const QString commentaireAvant = s_.CommentaireImage;
 
   ValeursBloc b;
@@ -950,7 +948,7 @@ bool ModeleCartouche::ConstruireImageFinal() {
   Bitmap sortie;
   QStringList messages;
   int largeurF = s_.LargeurFormatee, hauteurF = s_.HauteurFormatee;
-  const bool ok = tg::ConstruireImageFinal(ai_, s_.ImageFormatee, largeurF, hauteurF, fond, cartouche_,
+  const bool ok = tg::ConstruireImageFinal(ai_, s_.ImageFormatee, largeurF, hauteurF, couleurFond_, cartouche_,
                                            couleurCartouche_, p, sortie, messages);
   s_.LargeurFormatee = largeurF;
   s_.HauteurFormatee = hauteurF;

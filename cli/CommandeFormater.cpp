@@ -10,6 +10,7 @@
 #include <QThread>
 #include <array>
 #include <map>
+#include <optional>
 
 #include "adjust/Recadrage.h"
 #include "cartouche/FormCartouche.h"
@@ -76,16 +77,18 @@ void Etape(const char* nom) {
   static QElapsedTimer chrono;
   if (!actif) return;
   if (!chrono.isValid()) chrono.start();
-  // Resident memory so far: the process's own pages, then the libraries' and files'.
+  // Resident memory now: the process's own pages, then the libraries' and
+  // files'; then the peak so far.
   QFile statut(QStringLiteral("/proc/self/status"));
-  QByteArray anon = "?", fichiers = "?";
+  QByteArray anon = "?", fichiers = "?", pic = "?";
   if (statut.open(QIODevice::ReadOnly))
     for (const QByteArray& l : statut.readAll().split('\n')) {
       if (l.startsWith("RssAnon:")) anon = l.mid(8).simplified();
       if (l.startsWith("RssFile:")) fichiers = l.mid(8).simplified();
+      if (l.startsWith("VmHWM:")) pic = l.mid(6).simplified();
     }
-  fprintf(stderr, "%8.1f ms  %-28s mémoire %s + %s\n", chrono.nsecsElapsed() / 1e6, nom, anon.constData(),
-          fichiers.constData());
+  fprintf(stderr, "%8.1f ms  %-28s mémoire %s + %s, pic %s\n", chrono.nsecsElapsed() / 1e6, nom, anon.constData(),
+          fichiers.constData(), pic.constData());
 }
 
 int Formater(const QStringList& arguments) {
@@ -235,7 +238,8 @@ int Formater(const QStringList& arguments) {
   if (focale > 0) s.FocaleAPN = float(focale);
 
   // The cartouche, through the form's model: the same actions as the window's buttons.
-  ModeleCartouche f(s, ai);
+  std::optional<ModeleCartouche> modele(std::in_place, s, ai);
+  ModeleCartouche& f = *modele;
   f.Form_Load();
   Etape("formulaire du cartouche");
   if (!date.isEmpty() && !f.ChoisirDate(date[0], date[1], date[2]))
@@ -306,9 +310,12 @@ int Formater(const QStringList& arguments) {
     f.chkCouleurAuto = true;
   }
   f.cmdDessiner();
+  Etape("cartouche dessiné");
   if (!f.CartoucheValide()) return Refus(QString());
   f.cmdSuite();
   f.Quitter();
+  // Its pictures are let go before the save, which has its own peak.
+  modele.reset();
   if (!s.ImageFinale || s.Etape != 3) return Refus(QStringLiteral("Image finale non construite"));
 
   Etape("cartouche et image finale");

@@ -45,7 +45,7 @@ Assemblage Assembler(const ParamsImageFinale& p, int largeurImage, int hauteurIm
   a.hauteurFormatee = hauteurImage;
   Bitmap sortie;
   a.ok = ConstruireImageFinal(
-      ia, image, a.largeurFormatee, a.hauteurFormatee, Uni(p.largeurFond, p.hauteurFond, kFond),
+      ia, image, a.largeurFormatee, a.hauteurFormatee, kFond,
       Cartouche(p.largeurFond, p.hauteurCartouche), kCartouche, p, sortie, a.messages);
   if (a.ok) {
     EXPECT_TRUE(ia.Convert_ImageToPicture(sortie, a.resultat));
@@ -217,7 +217,7 @@ TEST(ImageFinale, UnCalqueManquantNArretePas) {
   Bitmap sortie;
   QStringList messages;
   const ParamsImageFinale p = Trois();
-  ASSERT_TRUE(ConstruireImageFinal(ia, image, l, h, Uni(640, 540, kFond), QImage(), kCartouche, p,
+  ASSERT_TRUE(ConstruireImageFinal(ia, image, l, h, kFond, QImage(), kCartouche, p,
                                    sortie, messages));
   ASSERT_GE(messages.size(), 2);
   EXPECT_TRUE(messages[0].startsWith("Error  - 2"));
@@ -228,7 +228,9 @@ TEST(ImageFinale, UnCalqueManquantNArretePas) {
   EXPECT_EQ(QColor(r.pixel(5, 5)), kImage);
   // Without a background nothing can be built.
   messages.clear();
-  EXPECT_FALSE(ConstruireImageFinal(ia, image, l, h, QImage(), Cartouche(640, 60), kCartouche, p,
+  ParamsImageFinale sansFond = p;
+  sansFond.largeurFond = 0;
+  EXPECT_FALSE(ConstruireImageFinal(ia, image, l, h, kFond, Cartouche(640, 60), kCartouche, sansFond,
                                     sortie, messages));
   EXPECT_TRUE(messages[0].startsWith("Error - 1:"));
   EXPECT_TRUE(sortie.Vide());
