@@ -778,6 +778,14 @@ void ModeleCartouche::cmdExtrapolFoc() {
   cmdAnnulerTable();
 }
 
+void ModeleCartouche::RecevoirExtrapolation(int pixPour100) {
+  Voir(Controle::fraChoixTable, false);
+  ComboObjectif.DefinirTexte(QString());
+  txtMic = QStringLiteral("100");
+  txtPix = QString::number(pixPour100);
+  for (Controle c : {Controle::ComboObjectif, Controle::txtPix, Controle::txtMic}) Teindre(c, kRougePale);
+}
+
 // --- Drawing
 
 ValeursCartouche ModeleCartouche::ValeursDessin() const {

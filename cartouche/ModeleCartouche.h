@@ -150,6 +150,10 @@ class ModeleCartouche {
   void chkAfficherTouteTable_Click();
   // The model's part of "Extrapoler": the window then opens the extrapolation.
   void cmdExtrapolFoc();
+  // What the extrapolation sends: the tables' frame hidden, `pixPour100`
+  // pixels for 100 microns, the objective left to the user, all three
+  // tinted light red.
+  void RecevoirExtrapolation(int pixPour100);
   void cmdLongueurAuto();
   void comboTables_Click();
   void cmdAppliquerTable();

@@ -726,7 +726,12 @@ void frmAjouterCartouche::cmdMotClef() {
 void frmAjouterCartouche::cmdExtrapolFoc() {
   Agir(&ModeleCartouche::cmdExtrapolFoc);
   if (extrapolation_) extrapolation_->close();
-  extrapolation_ = frmExtrapolFocale::Afficher(s_, this);
+  QPointer<frmAjouterCartouche> moi(this);
+  extrapolation_ = frmExtrapolFocale::Afficher(s_, this, [moi](int pixPour100) {
+    if (!moi) return;
+    moi->m_.RecevoirExtrapolation(pixPour100);
+    moi->Rafraichir();
+  });
 }
 
 bool frmAjouterCartouche::eventFilter(QObject* objet, QEvent* e) {

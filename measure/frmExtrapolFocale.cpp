@@ -95,8 +95,9 @@ class Graphe : public QWidget {
 
 }  // namespace
 
-frmExtrapolFocale::frmExtrapolFocale(SessionRecord& session, QWidget* appelant)
-    : QWidget(appelant, Qt::Window), s_(session), appelant_(appelant) {
+frmExtrapolFocale::frmExtrapolFocale(SessionRecord& session, QWidget* appelant,
+                                     std::function<void(int)> versCartouche)
+    : QWidget(appelant, Qt::Window), s_(session), appelant_(appelant), versCartouche_(std::move(versCartouche)) {
   setObjectName(QStringLiteral("frmExtrapolFocale"));
   setWindowTitle(kTitre);
   auto* racine = new QVBoxLayout(this);
@@ -217,8 +218,9 @@ frmExtrapolFocale::frmExtrapolFocale(SessionRecord& session, QWidget* appelant)
                           : QStringLiteral("%1 (%2) pix").arg(reference).arg(s_.Largeur));
 }
 
-frmExtrapolFocale* frmExtrapolFocale::Afficher(SessionRecord& session, QWidget* appelant) {
-  auto* f = new frmExtrapolFocale(session, appelant);
+frmExtrapolFocale* frmExtrapolFocale::Afficher(SessionRecord& session, QWidget* appelant,
+                                               std::function<void(int)> versCartouche) {
+  auto* f = new frmExtrapolFocale(session, appelant, std::move(versCartouche));
   f->setAttribute(Qt::WA_DeleteOnClose);
   f->adjustSize();
   // Centred on its caller, kept on the screen.
@@ -348,20 +350,8 @@ void frmExtrapolFocale::cmdEnvoyerAuCartouche() {
     Dialogues().Message(kTitre, QStringLiteral("Effectuez d'abord le calcul ..."), Icone::Exclamation);
     return;
   }
-  // The cartouche form, by its named controls: the scale of the tables'
-  // reference objective, tinted light red, the objective left to the user.
-  if (appelant_ && appelant_->objectName() == u"frmAjouterCartouche") {
-    if (auto* cadre = appelant_->findChild<QWidget*>(QStringLiteral("fraChoixTable"))) cadre->hide();
-    auto* objectif = appelant_->findChild<QComboBox*>(QStringLiteral("ComboObjectif"));
-    auto* mic = appelant_->findChild<QLineEdit*>(QStringLiteral("txtMic"));
-    auto* pix = appelant_->findChild<QLineEdit*>(QStringLiteral("txtPix"));
-    if (objectif) objectif->setCurrentText(QString());
-    if (mic) mic->setText(QStringLiteral("100"));
-    if (pix) pix->setText(QString::number(resultat_.pixPour100));
-    for (QWidget* w : {static_cast<QWidget*>(objectif), static_cast<QWidget*>(mic), static_cast<QWidget*>(pix)}) {
-      if (w) w->setStyleSheet(QStringLiteral("background-color: #ffc0c0;"));
-    }
-  }
+  // The cartouche form takes the scale of the tables' reference objective.
+  if (versCartouche_) versCartouche_(resultat_.pixPour100);
   s_.ExtrapolationFoc = true;
   close();
   Dialogues().Message(kTitre, QStringLiteral("N'oubliez pas de sélectionner un objectif ..."), Icone::Information);

@@ -4,6 +4,7 @@
 // form (DepuisCartouche), which then receives the result, or by the main
 // window. The arithmetic is in ExtrapolationFocale.h.
 #include <QWidget>
+#include <functional>
 
 #include "measure/ExtrapolationFocale.h"
 
@@ -22,10 +23,11 @@ class frmExtrapolFocale : public QWidget {
   Q_OBJECT
 
  public:
-  // `appelant`: the window it is centred on and, from the cartouche, the
-  // form that receives the result.
-  frmExtrapolFocale(SessionRecord& session, QWidget* appelant);
-  static frmExtrapolFocale* Afficher(SessionRecord& session, QWidget* appelant);
+  // `appelant`: the window it is centred on. `versCartouche`, given by the
+  // cartouche form, receives "Envoyer au cartouche"'s pixels for 100 microns.
+  frmExtrapolFocale(SessionRecord& session, QWidget* appelant, std::function<void(int)> versCartouche = {});
+  static frmExtrapolFocale* Afficher(SessionRecord& session, QWidget* appelant,
+                                     std::function<void(int)> versCartouche = {});
 
   void comboTable_Click(int position);
   void cmdCommand(int index);
@@ -45,6 +47,7 @@ class frmExtrapolFocale : public QWidget {
 
   SessionRecord& s_;
   QWidget* appelant_;
+  std::function<void(int)> versCartouche_;
   Extrapolation resultat_;
   int echelle_ = 0;  // the graph's scale memory; 0 until the first calculation
 

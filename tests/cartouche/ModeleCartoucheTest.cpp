@@ -423,6 +423,24 @@ TEST_F(ModeleCartoucheTest, AnnulerEtSansEchelle) {
   EXPECT_EQ(s.MicronsParPixel, 0);
 }
 
+// What the focal extrapolation sends: its scale tinted red, the objective
+// left to the user, the tables' frame closed.
+TEST_F(ModeleCartoucheTest, ExtrapolationRecueEnRougeObjectifALaisser) {
+  EcrireTables({Table("APN-1", 640, 7.5f)});
+  Ouvrir(640, 480);
+  m->cmdEtalonner();
+  m->ComboObjectif.DefinirTexte(QStringLiteral("10"));
+  m->cmdExtrapolFoc();
+  EXPECT_TRUE(s.DepuisCartouche);
+  m->RecevoirExtrapolation(375);
+  EXPECT_EQ(m->txtPix, "375");
+  EXPECT_EQ(m->txtMic, "100");
+  EXPECT_TRUE(m->ComboObjectif.Texte().isEmpty());
+  for (Controle c : {Controle::ComboObjectif, Controle::txtPix, Controle::txtMic}) EXPECT_EQ(m->Teinte(c), kRougePale);
+  EXPECT_FALSE(Visible(Controle::fraChoixTable));
+  EXPECT_TRUE(Visible(Controle::fraEchelle));
+}
+
 // --- Scale and its limits
 
 TEST_F(ModeleCartoucheTest, BarreDe480PixelsRefusee) {
