@@ -13,6 +13,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "imaging/BibliothequeDynamique.h"
 #include "platform/Nombres.h"
 #include "platform/Textes.h"
 
@@ -37,19 +38,56 @@ constexpr double kCyclesMin = 4.0;
 using Complexe = std::complex<double>;
 
 // ---------------------------------------------------------------- FFTW ----
+// FFTW is opened at the first ruling looked for, not at the program's start.
+struct FonctionsFftw {
+  decltype(&fftwf_alloc_real) alloc_real;
+  decltype(&fftwf_alloc_complex) alloc_complex;
+  decltype(&fftwf_free) free;
+  decltype(&fftwf_destroy_plan) destroy_plan;
+  decltype(&fftwf_cleanup) cleanup;
+  decltype(&fftwf_plan_dft_r2c_2d) plan_dft_r2c_2d;
+  decltype(&fftwf_plan_dft_r2c_1d) plan_dft_r2c_1d;
+  decltype(&fftwf_execute_dft_r2c) execute_dft_r2c;
+};
+
+// The functions, or nullptr with the French reason in `erreur`.
+const FonctionsFftw* ChargerFftw(QString& erreur) {
+  static BibliothequeDynamique bibliotheque(TG_SONAME_FFTW3F, TG_PAQUET_FFTW3F);
+  static FonctionsFftw f;
+  static QString echec;
+  static const bool pret = [&] {
+    return bibliotheque.Lier(f.alloc_real, "fftwf_alloc_real", echec) &&
+           bibliotheque.Lier(f.alloc_complex, "fftwf_alloc_complex", echec) &&
+           bibliotheque.Lier(f.free, "fftwf_free", echec) &&
+           bibliotheque.Lier(f.destroy_plan, "fftwf_destroy_plan", echec) &&
+           bibliotheque.Lier(f.cleanup, "fftwf_cleanup", echec) &&
+           bibliotheque.Lier(f.plan_dft_r2c_2d, "fftwf_plan_dft_r2c_2d", echec) &&
+           bibliotheque.Lier(f.plan_dft_r2c_1d, "fftwf_plan_dft_r2c_1d", echec) &&
+           bibliotheque.Lier(f.execute_dft_r2c, "fftwf_execute_dft_r2c", echec);
+  }();
+  if (!pret) erreur = echec;
+  return pret ? &f : nullptr;
+}
+
+// Once TrouverReglette has loaded them.
+const FonctionsFftw& F() {
+  QString erreur;
+  return *ChargerFftw(erreur);
+}
+
 // The planner is not thread-safe: plans are made once per size under a lock
 // and run with the new-array functions, which are. Buffers come from
 // fftwf_malloc, so that they have the alignment the plans were made for.
 struct TamponReel {
-  explicit TamponReel(size_t n) : p(fftwf_alloc_real(n)) {}
-  ~TamponReel() { fftwf_free(p); }
+  explicit TamponReel(size_t n) : p(F().alloc_real(n)) {}
+  ~TamponReel() { F().free(p); }
   TamponReel(const TamponReel&) = delete;
   TamponReel& operator=(const TamponReel&) = delete;
   float* p;
 };
 struct TamponComplexe {
-  explicit TamponComplexe(size_t n) : p(fftwf_alloc_complex(n)) {}
-  ~TamponComplexe() { fftwf_free(p); }
+  explicit TamponComplexe(size_t n) : p(F().alloc_complex(n)) {}
+  ~TamponComplexe() { F().free(p); }
   TamponComplexe(const TamponComplexe&) = delete;
   TamponComplexe& operator=(const TamponComplexe&) = delete;
   fftwf_complex* p;
@@ -60,8 +98,8 @@ struct Plans {
   std::mutex verrou;
   std::map<std::pair<int, int>, fftwf_plan> plans;
   ~Plans() {
-    for (auto& [taille, plan] : plans) fftwf_destroy_plan(plan);
-    fftwf_cleanup();
+    for (auto& [taille, plan] : plans) F().destroy_plan(plan);
+    F().cleanup();
   }
 };
 
@@ -74,8 +112,8 @@ fftwf_plan PlanFFT(int largeur, int hauteur) {
     const size_t n = size_t(largeur) * size_t(std::max(1, hauteur));
     TamponReel entree(n);
     TamponComplexe sortie(size_t(std::max(1, hauteur)) * size_t(largeur / 2 + 1));
-    plan = hauteur > 0 ? fftwf_plan_dft_r2c_2d(hauteur, largeur, entree.p, sortie.p, FFTW_ESTIMATE)
-                       : fftwf_plan_dft_r2c_1d(largeur, entree.p, sortie.p, FFTW_ESTIMATE);
+    plan = hauteur > 0 ? F().plan_dft_r2c_2d(hauteur, largeur, entree.p, sortie.p, FFTW_ESTIMATE)
+                       : F().plan_dft_r2c_1d(largeur, entree.p, sortie.p, FFTW_ESTIMATE);
   }
   return plan;
 }
@@ -459,7 +497,7 @@ Niveau AnalyserNiveau(Plan plan, double pMin) {
         const float wj = wy[size_t(j)];
         for (int i = 0; i < tl; ++i) d[i] = e[i] * wx[size_t(i)] * wj;
       }
-      fftwf_execute_dft_r2c(fft, entree.p, sortie.p);
+      F().execute_dft_r2c(fft, entree.p, sortie.p);
       t.spectre.tl = tl;
       t.spectre.th = th;
       t.spectre.p.resize(size_t(th) * size_t(tl / 2 + 1));
@@ -904,7 +942,7 @@ Spectral FrequenceProfil(const Profil& p, double fc, int harmoniquesMax = 6) {
   TamponComplexe sortie(static_cast<size_t>(N / 2 + 1));
   std::fill(entree.p, entree.p + N, 0.0f);
   for (int b = p.b0; b < p.b1; ++b) entree.p[b - p.b0] = float(x[size_t(b)]);
-  fftwf_execute_dft_r2c(PlanFFT(N, 0), entree.p, sortie.p);
+  F().execute_dft_r2c(PlanFFT(N, 0), entree.p, sortie.p);
   auto P = [&](double f) {
     const int k = Arrondi(f * N);
     if (k < 0 || k > N / 2) return 0.0;
@@ -1347,6 +1385,10 @@ ResultatReglette TrouverReglette(const VuePixels& image, const std::optional<Zon
   ResultatReglette resultat;
   if (image.pixels == nullptr || image.largeur <= 0 || image.hauteur <= 0) {
     resultat.refus = QStringLiteral("Aucune image à étalonner.");
+    return resultat;
+  }
+  if (QString erreur; ChargerFftw(erreur) == nullptr) {
+    resultat.refus = erreur;
     return resultat;
   }
   ZoneReglette z{0, 0, image.largeur, image.hauteur};
