@@ -38,7 +38,9 @@ tessellographe-cli.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, qt6-translations-l10n")
+# The libraries opened at first use escape dpkg-shlibdeps: named here.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS
+    "qt6-qpa-plugins, qt6-translations-l10n, ${TG_PAQUET_HEIF}, ${TG_PAQUET_RAW}, ${TG_PAQUET_FFTW3F}")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-comic-neue, fonts-liberation2, xdg-utils")
 set(CPACK_STRIP_FILES ON)
 include(CPack)
