@@ -6,9 +6,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTransform>
+#include <atomic>
+#include <list>
 #include <memory>
+#include <mutex>
 #include <vector>
 
+#include "imaging/BibliothequeDynamique.h"
 #include "imaging/Bitmap.h"
 #include "imaging/LecteurTIFF.h"
 #include "imaging/VerificationFichier.h"
@@ -17,9 +21,62 @@ namespace tg {
 
 namespace {
 
-using Contexte = std::unique_ptr<heif_context, void (*)(heif_context*)>;
-using Poignee = std::unique_ptr<heif_image_handle, void (*)(const heif_image_handle*)>;
-using Image = std::unique_ptr<heif_image, void (*)(const heif_image*)>;
+// ---- libheif is opened at the first HEIF read: a JPEG run never maps it
+// (nor its HEVC and AV1 decoders). Every function the program calls is in
+// this list, taken from the library by its own name and typed from its
+// declaration, so that a name and its type cannot drift apart.
+#define TG_FONCTIONS_HEIF(X)                                                                                   \
+  X(context_alloc)                                                                                             \
+  X(context_free) X(context_set_maximum_image_size_limit) X(context_read_from_file)                            \
+  X(context_get_primary_image_handle) X(context_get_primary_image_ID) X(image_handle_release)                  \
+  X(image_handle_get_width) X(image_handle_get_height) X(image_handle_has_alpha_channel)                       \
+  X(image_handle_get_luma_bits_per_pixel) X(image_handle_get_list_of_metadata_block_IDs)                       \
+  X(image_handle_get_metadata_size) X(image_handle_get_metadata) X(image_handle_get_list_of_thumbnail_IDs)     \
+  X(image_handle_get_thumbnail) X(decoding_options_alloc) X(decoding_options_free) X(decode_image)             \
+  X(image_release) X(image_get_plane_readonly) X(image_get_width) X(image_get_height) X(image_get_chroma_format)
+
+struct FonctionsHeif {
+#define TG_MEMBRE(nom) decltype(&heif_##nom) nom = nullptr;
+  TG_FONCTIONS_HEIF(TG_MEMBRE)
+#undef TG_MEMBRE
+};
+
+// The table, or the French reason why it could not be filled.
+struct ChargementHeif {
+  FonctionsHeif f;
+  QString erreur;
+};
+
+ChargementHeif ChargerHeif(const char* soname, const char* paquet) {
+  ChargementHeif c;
+  BibliothequeDynamique bibliotheque(soname, paquet);  // it never closes the library: the functions outlive it
+  bool ok = true;  // on the first missing function, `erreur` names it and the rest are skipped
+#define TG_LIER(nom) ok = ok && bibliotheque.Lier(c.f.nom, "heif_" #nom, c.erreur);
+  TG_FONCTIONS_HEIF(TG_LIER)
+#undef TG_LIER
+  return c;
+}
+
+// Set by tests only; every table loaded stays, so that a read under way keeps its own.
+std::atomic<const ChargementHeif*> g_heifEssai{nullptr};
+
+// The table, loaded once for the process; nullptr with `erreur` set.
+const FonctionsHeif* Heif(QString& erreur) {
+  const ChargementHeif* c = g_heifEssai.load();
+  if (c == nullptr) {
+    static const ChargementHeif systeme = ChargerHeif(TG_SONAME_HEIF, TG_PAQUET_HEIF);
+    c = &systeme;
+  }
+  if (!c->erreur.isEmpty()) {
+    erreur = c->erreur;
+    return nullptr;
+  }
+  return &c->f;
+}
+
+using Contexte = std::unique_ptr<heif_context, decltype(&heif_context_free)>;
+using Poignee = std::unique_ptr<heif_image_handle, decltype(&heif_image_handle_release)>;
+using Image = std::unique_ptr<heif_image, decltype(&heif_image_release)>;
 
 QString Detail(const heif_error& e) {
   return e.message != nullptr && *e.message != '\0' ? QStringLiteral(" (%1)").arg(QString::fromUtf8(e.message))
@@ -34,27 +91,31 @@ QString Abime(const QString& nom, const heif_error& e) {
 
 // The file opened and its primary picture found; on failure `erreur` is set.
 struct Ouvert {
-  Contexte contexte{nullptr, heif_context_free};
-  Poignee primaire{nullptr, heif_image_handle_release};
+  const FonctionsHeif* f = nullptr;
+  Contexte contexte{nullptr, nullptr};
+  Poignee primaire{nullptr, nullptr};
 };
 
 bool Ouvrir(const QString& chemin, Ouvert& o, QString& erreur) {
   const QString nom = QFileInfo(chemin).fileName();
-  o.contexte.reset(heif_context_alloc());
+  o.f = Heif(erreur);
+  if (o.f == nullptr) return false;
+  const FonctionsHeif& f = *o.f;
+  o.contexte = Contexte(f.context_alloc(), f.context_free);
   if (!o.contexte) {
     erreur = QStringLiteral("Mémoire insuffisante pour l'image « %1 ».").arg(nom);
     return false;
   }
   // No side beyond what the program opens: libheif refuses larger ones itself.
-  heif_context_set_maximum_image_size_limit(o.contexte.get(), int(kCoteMaxImage));
-  heif_error e = heif_context_read_from_file(o.contexte.get(), QFile::encodeName(chemin).constData(), nullptr);
+  f.context_set_maximum_image_size_limit(o.contexte.get(), int(kCoteMaxImage));
+  heif_error e = f.context_read_from_file(o.contexte.get(), QFile::encodeName(chemin).constData(), nullptr);
   if (e.code != heif_error_Ok) {
     erreur = Abime(nom, e);
     return false;
   }
   heif_image_handle* h = nullptr;
-  e = heif_context_get_primary_image_handle(o.contexte.get(), &h);
-  o.primaire.reset(h);
+  e = f.context_get_primary_image_handle(o.contexte.get(), &h);
+  o.primaire = Poignee(h, f.image_handle_release);
   if (e.code != heif_error_Ok || !o.primaire) {
     erreur = Abime(nom, e);
     return false;
@@ -65,13 +126,13 @@ bool Ouvrir(const QString& chemin, Ouvert& o, QString& erreur) {
 // The EXIF block of the picture: a 32-bit big-endian offset, then the TIFF
 // structure that many bytes further on (0 for most writers, 6 for those that
 // keep "Exif\0\0").
-void AttacherExif(const heif_image_handle* h, const QString& chemin, FIBITMAP* dib) {
+void AttacherExif(const FonctionsHeif& f, const heif_image_handle* h, const QString& chemin, FIBITMAP* dib) {
   heif_item_id id = 0;
-  if (heif_image_handle_get_list_of_metadata_block_IDs(h, "Exif", &id, 1) < 1) return;
-  const size_t taille = heif_image_handle_get_metadata_size(h, id);
+  if (f.image_handle_get_list_of_metadata_block_IDs(h, "Exif", &id, 1) < 1) return;
+  const size_t taille = f.image_handle_get_metadata_size(h, id);
   if (taille < 4 || taille > 16 * 1024 * 1024) return;
   QByteArray octets(qsizetype(taille), '\0');
-  if (heif_image_handle_get_metadata(h, id, octets.data()).code != heif_error_Ok) return;
+  if (f.image_handle_get_metadata(h, id, octets.data()).code != heif_error_Ok) return;
   const uint32_t decalage = uint32_t(uint8_t(octets[0])) << 24 | uint32_t(uint8_t(octets[1])) << 16 |
                             uint32_t(uint8_t(octets[2])) << 8 | uint32_t(uint8_t(octets[3]));
   if (decalage > taille - 4) return;
@@ -155,20 +216,22 @@ QByteArray Octets(const QString& chemin) {
 }
 
 // More than 8 bits a channel: the picture comes untransformed (see above).
-bool SansTransformations(const heif_image_handle* h) { return heif_image_handle_get_luma_bits_per_pixel(h) > 8; }
+bool SansTransformations(const FonctionsHeif& f, const heif_image_handle* h) {
+  return f.image_handle_get_luma_bits_per_pixel(h) > 8;
+}
 
 // The picture decoded to 8-bit interleaved RGB or RGBA, turned unless the
 // picture has more than 8 bits a channel.
-Image Decoder(const heif_image_handle* h, heif_error& e) {
-  const bool alpha = heif_image_handle_has_alpha_channel(h) != 0;
-  std::unique_ptr<heif_decoding_options, void (*)(heif_decoding_options*)> options(heif_decoding_options_alloc(),
-                                                                                   heif_decoding_options_free);
+Image Decoder(const FonctionsHeif& f, const heif_image_handle* h, heif_error& e) {
+  const bool alpha = f.image_handle_has_alpha_channel(h) != 0;
+  std::unique_ptr<heif_decoding_options, decltype(&heif_decoding_options_free)> options(f.decoding_options_alloc(),
+                                                                                         f.decoding_options_free);
   options->convert_hdr_to_8bit = 1;
-  options->ignore_transformations = SansTransformations(h) ? 1 : 0;
+  options->ignore_transformations = SansTransformations(f, h) ? 1 : 0;
   heif_image* image = nullptr;
-  e = heif_decode_image(h, &image, heif_colorspace_RGB,
-                        alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
-  return Image(image, heif_image_release);
+  e = f.decode_image(h, &image, heif_colorspace_RGB, alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB,
+                     options.get());
+  return Image(image, f.image_release);
 }
 
 }  // namespace
@@ -178,32 +241,33 @@ FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels) {
   const QString nom = QFileInfo(chemin).fileName();
   Ouvert o;
   if (!Ouvrir(chemin, o, erreur)) return nullptr;
-  const int l = heif_image_handle_get_width(o.primaire.get());
-  const int h = heif_image_handle_get_height(o.primaire.get());
+  const FonctionsHeif& f = *o.f;
+  const int l = f.image_handle_get_width(o.primaire.get());
+  const int h = f.image_handle_get_height(o.primaire.get());
   if (l < 1 || h < 1 || l > kCoteMaxImage || h > kCoteMaxImage || int64_t(l) * h > kPixelsMaxImage) {
     erreur = QStringLiteral("L'image « %1 » est trop grande ou sans taille (%2 x %3 pixels).").arg(nom).arg(l).arg(h);
     return nullptr;
   }
-  const bool alpha = heif_image_handle_has_alpha_channel(o.primaire.get()) != 0;
+  const bool alpha = f.image_handle_has_alpha_channel(o.primaire.get()) != 0;
   if (!pixels) {
     FIBITMAP* entete = AllouerEntete(l, h, alpha ? 32 : 24);
     if (entete == nullptr) {
       erreur = QStringLiteral("Mémoire insuffisante pour l'image « %1 ».").arg(nom);
       return nullptr;
     }
-    AttacherExif(o.primaire.get(), chemin, entete);
+    AttacherExif(f, o.primaire.get(), chemin, entete);
     return entete;
   }
   heif_error e{};
-  Image image = Decoder(o.primaire.get(), e);
+  Image image = Decoder(f, o.primaire.get(), e);
   if (!image) {
     erreur = Abime(nom, e);
     return nullptr;
   }
   int pas = 0;
-  const uint8_t* plan = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &pas);
-  const int il = heif_image_get_width(image.get(), heif_channel_interleaved);
-  const int ih = heif_image_get_height(image.get(), heif_channel_interleaved);
+  const uint8_t* plan = f.image_get_plane_readonly(image.get(), heif_channel_interleaved, &pas);
+  const int il = f.image_get_width(image.get(), heif_channel_interleaved);
+  const int ih = f.image_get_height(image.get(), heif_channel_interleaved);
   if (plan == nullptr || il < 1 || ih < 1) {
     erreur = Abime(nom, e);
     return nullptr;
@@ -227,9 +291,9 @@ FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels) {
     }
   }
   image.reset();  // the decoded copy goes at once: only the bitmap stays
-  if (SansTransformations(o.primaire.get())) {
+  if (SansTransformations(f, o.primaire.get())) {
     heif_item_id id = 0;
-    heif_context_get_primary_image_ID(o.contexte.get(), &id);
+    f.context_get_primary_image_ID(o.contexte.get(), &id);
     // FreeImage turns counter-clockwise; its flips are as shown (rows stored bottom-up).
     for (const Transformation& t : Transformations(Octets(chemin), id)) {
       if (t.type == 'm') {
@@ -243,7 +307,7 @@ FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels) {
       }
     }
   }
-  AttacherExif(o.primaire.get(), chemin, dib);
+  AttacherExif(f, o.primaire.get(), chemin, dib);
   return dib;
 }
 
@@ -251,45 +315,58 @@ QImage VignetteHEIF(const QString& chemin, int cote, QString& erreur) {
   erreur.clear();
   Ouvert o;
   if (!Ouvrir(chemin, o, erreur)) return {};
-  Poignee vignette(nullptr, heif_image_handle_release);
+  const FonctionsHeif& f = *o.f;
+  Poignee vignette(nullptr, f.image_handle_release);
   heif_item_id id_vignette = 0;
-  if (heif_image_handle_get_list_of_thumbnail_IDs(o.primaire.get(), &id_vignette, 1) > 0) {
+  if (f.image_handle_get_list_of_thumbnail_IDs(o.primaire.get(), &id_vignette, 1) > 0) {
     heif_image_handle* h = nullptr;
-    if (heif_image_handle_get_thumbnail(o.primaire.get(), id_vignette, &h).code == heif_error_Ok) vignette.reset(h);
+    if (f.image_handle_get_thumbnail(o.primaire.get(), id_vignette, &h).code == heif_error_Ok) vignette.reset(h);
   }
   const heif_image_handle* source = vignette ? vignette.get() : o.primaire.get();
   heif_error e{};
-  Image image = Decoder(source, e);
+  Image image = Decoder(f, source, e);
   if (!image && vignette) {  // a damaged thumbnail: the picture itself
     vignette.reset();
     source = o.primaire.get();
-    image = Decoder(source, e);
+    image = Decoder(f, source, e);
   }
   if (!image) {
     erreur = Abime(QFileInfo(chemin).fileName(), e);
     return {};
   }
   int pas = 0;
-  const uint8_t* plan = heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &pas);
-  const int l = heif_image_get_width(image.get(), heif_channel_interleaved);
-  const int h = heif_image_get_height(image.get(), heif_channel_interleaved);
+  const uint8_t* plan = f.image_get_plane_readonly(image.get(), heif_channel_interleaved, &pas);
+  const int l = f.image_get_width(image.get(), heif_channel_interleaved);
+  const int h = f.image_get_height(image.get(), heif_channel_interleaved);
   if (plan == nullptr || l < 1 || h < 1) {
     erreur = Abime(QFileInfo(chemin).fileName(), e);
     return {};
   }
-  const bool alpha = heif_image_get_chroma_format(image.get()) == heif_chroma_interleaved_RGBA;
+  const bool alpha = f.image_get_chroma_format(image.get()) == heif_chroma_interleaved_RGBA;
   const QImage vue(plan, l, h, pas, alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
   QImage resultat = vue.width() > cote || vue.height() > cote
                         ? vue.scaled(cote, cote, Qt::KeepAspectRatio, Qt::SmoothTransformation)
                         : vue.copy();
-  if (SansTransformations(source)) {
+  if (SansTransformations(f, source)) {
     heif_item_id id = id_vignette;
-    if (!vignette) heif_context_get_primary_image_ID(o.contexte.get(), &id);
+    if (!vignette) f.context_get_primary_image_ID(o.contexte.get(), &id);
     for (const Transformation& t : Transformations(Octets(chemin), id))
       resultat = t.type == 'm' ? resultat.mirrored(t.valeur == 1, t.valeur == 0)
                                : resultat.transformed(QTransform().rotate(-90.0 * t.valeur));
   }
   return resultat.convertToFormat(QImage::Format_RGB32);
+}
+
+void BibliothequeHEIFPourEssais(const char* soname, const char* paquet) {
+  static std::mutex verrou;
+  static std::list<ChargementHeif> charges;
+  if (soname == nullptr) {
+    g_heifEssai = nullptr;
+    return;
+  }
+  const std::lock_guard<std::mutex> garde(verrou);
+  charges.push_back(ChargerHeif(soname, paquet));
+  g_heifEssai = &charges.back();
 }
 
 }  // namespace tg

@@ -14,8 +14,10 @@ struct FIBITMAP;
 namespace tg {
 
 // nullptr with a French message in `erreur` (libheif's own words after it)
-// when the file cannot be read whole. With `pixels` false: a bitmap of the
-// picture's size and metadata with no pixels, nothing decoded.
+// when the file cannot be read whole, or naming libheif and its package when
+// the library is missing: it is opened at the first read, not at start. With
+// `pixels` false: a bitmap of the picture's size and metadata with no pixels,
+// nothing decoded.
 FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels = true);
 
 // A picture of at most `cote` pixels on its longer side, turned as the
@@ -23,5 +25,10 @@ FIBITMAP* LireHEIF(const QString& chemin, QString& erreur, bool pixels = true);
 // store one of about 320 pixels), else the primary picture decoded and
 // reduced. Null with `erreur` set on failure.
 QImage VignetteHEIF(const QString& chemin, int cote, QString& erreur);
+
+// For tests of a missing library: from the next read on, libheif is looked
+// for under `soname` (shipped by the Debian package `paquet`) instead of the
+// name the build found; nullptr goes back to that one.
+void BibliothequeHEIFPourEssais(const char* soname, const char* paquet);
 
 }  // namespace tg

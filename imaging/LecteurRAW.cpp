@@ -17,10 +17,14 @@
 #include <QImageReader>
 #include <QTransform>
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <list>
 #include <memory>
+#include <mutex>
 #include <vector>
 
+#include "imaging/BibliothequeDynamique.h"
 #include "imaging/Bitmap.h"
 #include "imaging/LecteurTIFF.h"
 #include "imaging/VerificationFichier.h"
@@ -29,39 +33,96 @@ namespace tg {
 
 namespace {
 
-struct ImageTraitee {
-  void operator()(libraw_processed_image_t* i) const { LibRaw::dcraw_clear_mem(i); }
+// ---- LibRaw is opened at the first RAW read: a JPEG run never maps it.
+// Its C interface, whose names the loader can find (`libraw_data_t` is the
+// C++ object's imgdata). Every function the program calls is in this list,
+// taken by its own name and typed from its declaration.
+#define TG_FONCTIONS_RAW(X)                                                                                    \
+  X(init)                                                                                                      \
+  X(close) X(open_file) X(set_dataerror_handler) X(unpack) X(unpack_thumb) X(dcraw_process)                    \
+  X(dcraw_make_mem_image) X(dcraw_make_mem_thumb) X(dcraw_clear_mem) X(recycle) X(strerror)
+
+struct FonctionsRaw {
+#define TG_MEMBRE(nom) decltype(&libraw_##nom) nom = nullptr;
+  TG_FONCTIONS_RAW(TG_MEMBRE)
+#undef TG_MEMBRE
 };
-using Traitee = std::unique_ptr<libraw_processed_image_t, ImageTraitee>;
+
+// The table, or the French reason why it could not be filled.
+struct ChargementRaw {
+  FonctionsRaw f;
+  QString erreur;
+};
+
+ChargementRaw ChargerRaw(const char* soname, const char* paquet) {
+  ChargementRaw c;
+  BibliothequeDynamique bibliotheque(soname, paquet);  // it never closes the library: the functions outlive it
+  bool ok = true;  // on the first missing function, `erreur` names it and the rest are skipped
+#define TG_LIER(nom) ok = ok && bibliotheque.Lier(c.f.nom, "libraw_" #nom, c.erreur);
+  TG_FONCTIONS_RAW(TG_LIER)
+#undef TG_LIER
+  return c;
+}
+
+// Set by tests only; every table loaded stays, so that a read under way keeps its own.
+std::atomic<const ChargementRaw*> g_rawEssai{nullptr};
+
+// The table, loaded once for the process; nullptr with `erreur` set.
+const FonctionsRaw* Raw(QString& erreur) {
+  const ChargementRaw* c = g_rawEssai.load();
+  if (c == nullptr) {
+    static const ChargementRaw systeme = ChargerRaw(TG_SONAME_RAW, TG_PAQUET_RAW);
+    c = &systeme;
+  }
+  if (!c->erreur.isEmpty()) {
+    erreur = c->erreur;
+    return nullptr;
+  }
+  return &c->f;
+}
+
+using Traitee = std::unique_ptr<libraw_processed_image_t, decltype(&libraw_dcraw_clear_mem)>;
 
 // Counts the damaged or missing data LibRaw meets while decoding (it goes on
 // with what it has, or stops at the end of the file).
 void DonneesAbimees(void* donnees, const char*, const int) { ++*static_cast<int*>(donnees); }
 
-QString Abime(const QString& nom, int code) {
+QString Abime(const FonctionsRaw& f, const QString& nom, int code) {
   QString texte =
       QStringLiteral("L'image RAW du fichier « %1 » ne peut pas être décodée : le fichier est abîmé ou incomplet.")
           .arg(nom);
-  if (code != LIBRAW_SUCCESS) texte += QStringLiteral(" (%1)").arg(QString::fromLatin1(libraw_strerror(code)));
+  if (code != LIBRAW_SUCCESS) texte += QStringLiteral(" (%1)").arg(QString::fromLatin1(f.strerror(code)));
   return texte;
 }
 
 // The file opened and LibRaw set for the program's output.
 struct Ouvert {
-  std::unique_ptr<LibRaw> lr = std::make_unique<LibRaw>(LIBRAW_OPTIONS_NONE);
+  const FonctionsRaw* f = nullptr;
+  std::unique_ptr<libraw_data_t, decltype(&libraw_close)> lr{nullptr, nullptr};
   int erreursDonnees = 0;
   int orientation = 0;  // LibRaw's flip code of the file: bit 4 swaps the axes, 2 rows, 1 columns
 };
 
+// LibRaw ready for a file; false with the French reason when the library is
+// missing or memory runs out.
+bool Preparer(Ouvert& o, const QString& nom, QString& erreur) {
+  o.f = Raw(erreur);
+  if (o.f == nullptr) return false;
+  o.lr = {o.f->init(LIBRAW_OPTIONS_NONE), o.f->close};
+  if (!o.lr) erreur = QStringLiteral("Mémoire insuffisante pour l'image « %1 ».").arg(nom);
+  return bool(o.lr);
+}
+
+// After Preparer: LibRaw's code.
 int Ouvrir(const QString& chemin, Ouvert& o) {
-  libraw_output_params_t& p = o.lr->imgdata.params;
+  libraw_output_params_t& p = o.lr->params;
   p.use_camera_wb = 1;
   p.output_color = 1;  // sRGB
   p.output_bps = 8;
-  o.lr->set_dataerror_handler(DonneesAbimees, &o.erreursDonnees);
-  const int code = o.lr->open_file(QFile::encodeName(chemin).constData());
+  o.f->set_dataerror_handler(o.lr.get(), DonneesAbimees, &o.erreursDonnees);
+  const int code = o.f->open_file(o.lr.get(), QFile::encodeName(chemin).constData());
   if (code != LIBRAW_SUCCESS) return code;
-  o.orientation = o.lr->imgdata.sizes.flip;
+  o.orientation = o.lr->sizes.flip;
   // The program turns the picture itself, after cutting it to the camera's frame.
   p.user_flip = 0;
   return LIBRAW_SUCCESS;
@@ -104,9 +165,9 @@ void PoserRationnel(FIBITMAP* dib, const char* cle, WORD id, double valeur, DWOR
 }
 
 // What LibRaw read of the camera, for the tags the file's own EXIF lacks.
-void CompleterExif(const LibRaw& lr, FIBITMAP* dib) {
-  const libraw_iparams_t& i = lr.imgdata.idata;
-  const libraw_imgother_t& a = lr.imgdata.other;
+void CompleterExif(const libraw_data_t& lr, FIBITMAP* dib) {
+  const libraw_iparams_t& i = lr.idata;
+  const libraw_imgother_t& a = lr.other;
   PoserTexte(FIMD_EXIF_MAIN, dib, "Make", 0x010F, QByteArray(i.make).trimmed());
   PoserTexte(FIMD_EXIF_MAIN, dib, "Model", 0x0110, QByteArray(i.model).trimmed());
   if (a.timestamp > 0) {
@@ -265,17 +326,17 @@ int EntierExif(FIBITMAP* dib, const char* cle) {
 }
 
 // The metadata of the file, on a bitmap of no pixels; a DNG's default crop.
-FIBITMAP* Metadonnees(const QString& chemin, const LibRaw& lr, CadreRAW& dng) {
+FIBITMAP* Metadonnees(const QString& chemin, const libraw_data_t& lr, CadreRAW& dng) {
   FIBITMAP* meta = ExifRAW(chemin, dng);
   if (meta != nullptr) CompleterExif(lr, meta);
   return meta;
 }
 
 // The frame of the camera's JPEG in LibRaw's whole output (before turning).
-CadreRAW Cadre(const LibRaw& lr, FIBITMAP* meta, const CadreRAW& dng) {
-  const libraw_image_sizes_t& s = lr.imgdata.sizes;
+CadreRAW Cadre(const libraw_data_t& lr, FIBITMAP* meta, const CadreRAW& dng) {
+  const libraw_image_sizes_t& s = lr.sizes;
   return CadreJpegAppareil(s.width, s.height, EntierExif(meta, "PixelXDimension"), EntierExif(meta, "PixelYDimension"),
-                           lr.imgdata.idata.dng_version != 0 ? dng : CadreRAW{});
+                           lr.idata.dng_version != 0 ? dng : CadreRAW{});
 }
 
 }  // namespace
@@ -307,15 +368,17 @@ FIBITMAP* LireRAW(const QString& chemin, int reduction, int& largeurFichier, int
   largeurFichier = hauteurFichier = 0;
   const QString nom = QFileInfo(chemin).fileName();
   Ouvert o;
-  o.lr->imgdata.params.half_size = reduction == 2 ? 1 : 0;
+  if (!Preparer(o, nom, erreur)) return nullptr;
+  const FonctionsRaw& f = *o.f;
+  o.lr->params.half_size = reduction == 2 ? 1 : 0;
   int code = Ouvrir(chemin, o);
   if (code != LIBRAW_SUCCESS) {
     erreur = code == LIBRAW_FILE_UNSUPPORTED
                  ? QStringLiteral("Le fichier « %1 » n'est pas un fichier RAW que le programme sait lire.").arg(nom)
-                 : Abime(nom, code);
+                 : Abime(f, nom, code);
     return nullptr;
   }
-  const libraw_image_sizes_t& s = o.lr->imgdata.sizes;
+  const libraw_image_sizes_t& s = o.lr->sizes;
   if (s.width < 1 || s.height < 1 || s.width > kCoteMaxImage || s.height > kCoteMaxImage ||
       int64_t(s.width) * s.height > kPixelsMaxImage) {
     erreur = QStringLiteral("L'image « %1 » est trop grande ou sans taille (%2 x %3 pixels).")
@@ -352,19 +415,19 @@ FIBITMAP* LireRAW(const QString& chemin, int reduction, int& largeurFichier, int
     return entete;
   }
 
-  if ((code = o.lr->unpack()) != LIBRAW_SUCCESS || o.erreursDonnees > 0 ||
-      (code = o.lr->dcraw_process()) != LIBRAW_SUCCESS || o.erreursDonnees > 0) {
-    erreur = Abime(nom, code);
+  if ((code = f.unpack(o.lr.get())) != LIBRAW_SUCCESS || o.erreursDonnees > 0 ||
+      (code = f.dcraw_process(o.lr.get())) != LIBRAW_SUCCESS || o.erreursDonnees > 0) {
+    erreur = Abime(f, nom, code);
     return nullptr;
   }
   int codeImage = 0;
-  Traitee image(o.lr->dcraw_make_mem_image(&codeImage));
+  Traitee image(f.dcraw_make_mem_image(o.lr.get(), &codeImage), f.dcraw_clear_mem);
   if (!image || image->type != LIBRAW_IMAGE_BITMAP || image->bits != 8 || (image->colors != 3 && image->colors != 1)) {
-    erreur = Abime(nom, codeImage);
+    erreur = Abime(f, nom, codeImage);
     return nullptr;
   }
   // The raw data are no longer needed: only the 8-bit picture stays.
-  o.lr->recycle();
+  f.recycle(o.lr.get());
 
   // The frame in the decoded picture: the same at half size, halved.
   const int k = reduction == 2 ? 2 : 1;
@@ -405,15 +468,17 @@ QImage VignetteRAW(const QString& chemin, int cote, QString& erreur) {
   int orientation = 0;
   {
     Ouvert o;
+    if (!Preparer(o, nom, erreur)) return {};
+    const FonctionsRaw& f = *o.f;
     int code = Ouvrir(chemin, o);
     if (code != LIBRAW_SUCCESS) {
-      erreur = Abime(nom, code);
+      erreur = Abime(f, nom, code);
       return {};
     }
     orientation = o.orientation;
     int codeVignette = 0;
-    Traitee apercu;
-    if (o.lr->unpack_thumb() == LIBRAW_SUCCESS) apercu.reset(o.lr->dcraw_make_mem_thumb(&codeVignette));
+    Traitee apercu(nullptr, f.dcraw_clear_mem);
+    if (f.unpack_thumb(o.lr.get()) == LIBRAW_SUCCESS) apercu.reset(f.dcraw_make_mem_thumb(o.lr.get(), &codeVignette));
     if (apercu && apercu->type == LIBRAW_IMAGE_JPEG) {
       QByteArray octets = QByteArray::fromRawData(reinterpret_cast<const char*>(apercu->data), apercu->data_size);
       QBuffer tampon(&octets);
@@ -450,6 +515,18 @@ QImage VignetteRAW(const QString& chemin, int cote, QString& erreur) {
   if (vignette.width() > cote || vignette.height() > cote)
     vignette = vignette.scaled(cote, cote, Qt::KeepAspectRatio, Qt::SmoothTransformation);
   return vignette.convertToFormat(QImage::Format_RGB32);
+}
+
+void BibliothequeRAWPourEssais(const char* soname, const char* paquet) {
+  static std::mutex verrou;
+  static std::list<ChargementRaw> charges;
+  if (soname == nullptr) {
+    g_rawEssai = nullptr;
+    return;
+  }
+  const std::lock_guard<std::mutex> garde(verrou);
+  charges.push_back(ChargerRaw(soname, paquet));
+  g_rawEssai = &charges.back();
 }
 
 }  // namespace tg

@@ -46,7 +46,9 @@ FIBITMAP* ExifRAW(const QString& chemin, CadreRAW& dng);
 // turned, comes back in largeurFichier x hauteurFichier. With `pixels` false,
 // a bitmap of that size and its metadata with no pixels, nothing decoded.
 // nullptr with a French message in `erreur` (LibRaw's words after it) when
-// the file cannot be read, or when LibRaw met damaged or missing data.
+// the file cannot be read, or when LibRaw met damaged or missing data; one
+// naming LibRaw and its package when the library is missing (it is opened at
+// the first read, not at start).
 FIBITMAP* LireRAW(const QString& chemin, int reduction, int& largeurFichier, int& hauteurFichier, QString& erreur,
                   bool pixels = true);
 
@@ -54,5 +56,10 @@ FIBITMAP* LireRAW(const QString& chemin, int reduction, int& largeurFichier, int
 // preview stored in the file (a JPEG in most), else the picture decoded at
 // half size and reduced. Null with `erreur` set on failure.
 QImage VignetteRAW(const QString& chemin, int cote, QString& erreur);
+
+// For tests of a missing library: from the next read on, LibRaw is looked
+// for under `soname` (shipped by the Debian package `paquet`) instead of the
+// name the build found; nullptr goes back to that one.
+void BibliothequeRAWPourEssais(const char* soname, const char* paquet);
 
 }  // namespace tg
