@@ -21,7 +21,7 @@ cli="$build/cli/tessellographe-cli"
 for f in "$programme" "$cli"; do
   [[ -x "$f" ]] || { echo "Introuvable : $f (construisez d'abord)" >&2; exit 2; }
 done
-"$racine/scripts/installer-paquets.sh" xdotool wmctrl imagemagick openbox x11-utils >/dev/null || exit 1
+"$racine/scripts/installer-paquets.sh" xdotool wmctrl imagemagick openbox x11-utils tesseract-ocr >/dev/null || exit 1
 
 # One size: run inside the virtual display by this same script.
 if [[ "${CAPTURES_TAILLE:-}" != "" ]]; then
@@ -51,6 +51,23 @@ if [[ "${CAPTURES_TAILLE:-}" != "" ]]; then
     ((px < 0)) && px=$((l + px))
     ((py < 0)) && py=$((h + py))
     xdotool mousemove $((x + px)) $((y + py)) click 1
+    sleep 0.5
+  }
+  mot() {  # MOT [N]: the centre "x y" on the screen of the Nth word MOT read there (OCR), else nothing
+    local image
+    image=$(mktemp --suffix .png)
+    import -window root "$image"
+    convert "$image" -colorspace Gray -resize 200% "$image"
+    tesseract "$image" - --psm 11 tsv 2>/dev/null |
+      awk -F'\t' -v mot="$1" -v n="${2:-1}" '$12 == mot && ++k == n { print int(($7 + $9 / 2) / 2), int(($8 + $10 / 2) / 2); exit }'
+    rm -f "$image"
+  }
+  cliquer_ligne() {  # ID X MOT: a click X pixels into the window, on the line of the word MOT
+    local x y mx my
+    read -r x y < <(origine "$1")
+    read -r mx my < <(mot "$3")
+    [[ -n "$my" ]] || { echo "$CAPTURES_TAILLE : « $3 » introuvable à l'écran" >&2; return 1; }
+    xdotool mousemove $((x + $2)) "$my" click 1
     sleep 0.5
   }
   fermer() {  # ID: closed as by its title bar's cross
@@ -94,17 +111,19 @@ if [[ "${CAPTURES_TAILLE:-}" != "" ]]; then
     cliquer "$c" 210 470  # Ajouter une échelle et utiliser l'étalonnage
     sleep 1
     capturer cartouche-echelle
-    # The form scrolled to its end: the table frame lies at a fixed height above its bottom.
+    # The form scrolled to its end, where the table frame is.
     read -r x y < <(origine "$c")
     xdotool mousemove $((x + 300)) $((y + 200))
     for _ in $(seq 40); do xdotool click 5; done
     sleep 0.5
-    cliquer "$c" 450 -370   # Choisir une table
+    # The table frame's lines are found by their labels: their height in
+    # the form changes with what it shows.
+    cliquer_ligne "$c" 450 table       # Choisir une table
     xdotool key Down Return
     sleep 0.5
-    cliquer "$c" 270 -342   # Objectif
+    cliquer_ligne "$c" 270 objectif    # Choisir un objectif pour cette image
     xdotool key ctrl+a; xdotool type "40"; xdotool key Return
-    cliquer "$c" 130 -286   # OK
+    cliquer_ligne "$c" 130 OK          # OK
     sleep 0.5
     capturer cartouche-table
     # The four buttons under the form share its width.
