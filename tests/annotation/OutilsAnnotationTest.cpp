@@ -12,6 +12,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Ini.h"
 #include "tests/support/DialoguesScriptes.h"
+#include "tests/annotation/PixelsEssai.h"
 
 namespace tg {
 namespace {
@@ -20,13 +21,7 @@ using test::DialoguesScriptes;
 
 constexpr QRgb kFond = 0xFF808080;
 
-int Compter(const QImage& img, QRect zone, QRgb c) {
-  int n = 0;
-  zone &= img.rect();
-  for (int y = zone.top(); y <= zone.bottom(); ++y)
-    for (int x = zone.left(); x <= zone.right(); ++x) n += (img.pixel(x, y) | 0xFF000000) == c;
-  return n;
-}
+using test::Compter;
 
 class Outils : public testing::Test {
  protected:

@@ -24,6 +24,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "platform/Ini.h"
 #include "tests/support/DialoguesScriptes.h"
+#include "tests/annotation/PixelsEssai.h"
 
 namespace tg {
 namespace {
@@ -50,13 +51,7 @@ bool Pres(const QImage& img, double x, double y, QRgb c, int rayon = 1) {
   return false;
 }
 
-int Compter(const QImage& img, QRect zone, QRgb c) {
-  int n = 0;
-  zone &= img.rect();
-  for (int y = zone.top(); y <= zone.bottom(); ++y)
-    for (int x = zone.left(); x <= zone.right(); ++x) n += (img.pixel(x, y) | 0xFF000000) == c;
-  return n;
-}
+using test::Compter;
 
 class Annotations : public testing::Test {
  protected:

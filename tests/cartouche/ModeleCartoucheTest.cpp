@@ -11,10 +11,14 @@
 #include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
 #include "platform/Fichiers.h"
+#include "tests/cartouche/TablesEssai.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
 namespace {
+
+using test::EcrireTables;
+using test::Table;
 
 class ModeleCartoucheTest : public testing::Test {
  protected:
@@ -40,27 +44,6 @@ class ModeleCartoucheTest : public testing::Test {
     m = std::make_unique<ModeleCartouche>(s, ai);
     m->Form_Load();
     dlg.appels.clear();
-  }
-  // table_mesure.dat holding `tables`, slots 2 onwards.
-  static void EcrireTables(const std::vector<EnrMesure>& tables) {
-    QFile::remove(CheminTableMesure());
-    FichierMesure fichier;
-    ASSERT_TRUE(fichier.Ouvrir());
-    int nb = 1;
-    for (const EnrMesure& t : tables) ASSERT_TRUE(AjouterTable(fichier, nb, t));
-  }
-  // 1000 pixels for 100 microns at x40: 0.1 micron a pixel at x40.
-  static EnrMesure Table(const char* modele, int largPix, float focale) {
-    EnrMesure t;
-    t.Modele = QLatin1String(modele);
-    t.LargPix = int16_t(largPix);
-    t.Micro = QStringLiteral("Micro-A");
-    t.Config = QStringLiteral("tube 160");
-    t.Obj = 40;
-    t.Pix = 1000;
-    t.Mic = 100;
-    t.Focale = focale;
-    return t;
   }
   bool Visible(Controle c) const { return m->Visible(c); }
   // The scale typed: `pix` pixels of the photo for `mic` microns, a bar of `longueur`.

@@ -24,10 +24,14 @@
 #include "platform/Fichiers.h"
 #include "platform/Ini.h"
 #include "platform/Liste.h"
+#include "tests/cartouche/TablesEssai.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
 namespace {
+
+using test::EcrireTables;
+using test::Table;
 
 class FormCartouche : public testing::Test {
  protected:
@@ -61,26 +65,6 @@ class FormCartouche : public testing::Test {
     f = std::make_unique<frmAjouterCartouche>(s, ai, nullptr);
     f->Form_Load();
     dlg.appels.clear();
-  }
-  // table_mesure.dat holding `tables`, slots 2 onwards.
-  static void EcrireTables(const std::vector<EnrMesure>& tables) {
-    QFile::remove(CheminTableMesure());
-    FichierMesure fichier;
-    ASSERT_TRUE(fichier.Ouvrir());
-    int nb = 1;
-    for (const EnrMesure& t : tables) ASSERT_TRUE(AjouterTable(fichier, nb, t));
-  }
-  static EnrMesure Table(const char* modele, int largPix, float focale) {
-    EnrMesure t;
-    t.Modele = QLatin1String(modele);
-    t.LargPix = int16_t(largPix);
-    t.Micro = QStringLiteral("Micro-A");
-    t.Config = QStringLiteral("tube 160");
-    t.Obj = 40;
-    t.Pix = 1000;
-    t.Mic = 100;
-    t.Focale = focale;
-    return t;
   }
   // Types `texte` key by key into `w`.
   static void Taper(QWidget* w, const QString& texte) {
