@@ -6,10 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTransform>
-#include <atomic>
-#include <list>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "imaging/BibliothequeDynamique.h"
@@ -41,38 +38,21 @@ struct FonctionsHeif {
 #undef TG_MEMBRE
 };
 
-// The table, or the French reason why it could not be filled.
-struct ChargementHeif {
-  FonctionsHeif f;
-  QString erreur;
-};
-
-ChargementHeif ChargerHeif(const char* soname, const char* paquet) {
-  ChargementHeif c;
-  BibliothequeDynamique bibliotheque(soname, paquet);  // it never closes the library: the functions outlive it
+bool RemplirHeif(BibliothequeDynamique& bibliotheque, FonctionsHeif& f, QString& erreur) {
   bool ok = true;  // on the first missing function, `erreur` names it and the rest are skipped
-#define TG_LIER(nom) ok = ok && bibliotheque.Lier(c.f.nom, "heif_" #nom, c.erreur);
+#define TG_LIER(nom) ok = ok && bibliotheque.Lier(f.nom, "heif_" #nom, erreur);
   TG_FONCTIONS_HEIF(TG_LIER)
 #undef TG_LIER
-  return c;
+  return ok;
 }
 
-// Set by tests only; every table loaded stays, so that a read under way keeps its own.
-std::atomic<const ChargementHeif*> g_heifEssai{nullptr};
+FonctionsDifferees<FonctionsHeif>& TableHeif() {
+  static FonctionsDifferees<FonctionsHeif> table(TG_SONAME_HEIF, TG_PAQUET_HEIF, RemplirHeif);
+  return table;
+}
 
 // The table, loaded once for the process; nullptr with `erreur` set.
-const FonctionsHeif* Heif(QString& erreur) {
-  const ChargementHeif* c = g_heifEssai.load();
-  if (c == nullptr) {
-    static const ChargementHeif systeme = ChargerHeif(TG_SONAME_HEIF, TG_PAQUET_HEIF);
-    c = &systeme;
-  }
-  if (!c->erreur.isEmpty()) {
-    erreur = c->erreur;
-    return nullptr;
-  }
-  return &c->f;
-}
+const FonctionsHeif* Heif(QString& erreur) { return TableHeif().Obtenir(erreur); }
 
 using Contexte = std::unique_ptr<heif_context, decltype(&heif_context_free)>;
 using Poignee = std::unique_ptr<heif_image_handle, decltype(&heif_image_handle_release)>;
@@ -357,16 +337,6 @@ QImage VignetteHEIF(const QString& chemin, int cote, QString& erreur) {
   return resultat.convertToFormat(QImage::Format_RGB32);
 }
 
-void BibliothequeHEIFPourEssais(const char* soname, const char* paquet) {
-  static std::mutex verrou;
-  static std::list<ChargementHeif> charges;
-  if (soname == nullptr) {
-    g_heifEssai = nullptr;
-    return;
-  }
-  const std::lock_guard<std::mutex> garde(verrou);
-  charges.push_back(ChargerHeif(soname, paquet));
-  g_heifEssai = &charges.back();
-}
+void BibliothequeHEIFPourEssais(const char* soname, const char* paquet) { TableHeif().PourEssais(soname, paquet); }
 
 }  // namespace tg

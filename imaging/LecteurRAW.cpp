@@ -17,11 +17,8 @@
 #include <QImageReader>
 #include <QTransform>
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <list>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "imaging/BibliothequeDynamique.h"
@@ -48,38 +45,21 @@ struct FonctionsRaw {
 #undef TG_MEMBRE
 };
 
-// The table, or the French reason why it could not be filled.
-struct ChargementRaw {
-  FonctionsRaw f;
-  QString erreur;
-};
-
-ChargementRaw ChargerRaw(const char* soname, const char* paquet) {
-  ChargementRaw c;
-  BibliothequeDynamique bibliotheque(soname, paquet);  // it never closes the library: the functions outlive it
+bool RemplirRaw(BibliothequeDynamique& bibliotheque, FonctionsRaw& f, QString& erreur) {
   bool ok = true;  // on the first missing function, `erreur` names it and the rest are skipped
-#define TG_LIER(nom) ok = ok && bibliotheque.Lier(c.f.nom, "libraw_" #nom, c.erreur);
+#define TG_LIER(nom) ok = ok && bibliotheque.Lier(f.nom, "libraw_" #nom, erreur);
   TG_FONCTIONS_RAW(TG_LIER)
 #undef TG_LIER
-  return c;
+  return ok;
 }
 
-// Set by tests only; every table loaded stays, so that a read under way keeps its own.
-std::atomic<const ChargementRaw*> g_rawEssai{nullptr};
+FonctionsDifferees<FonctionsRaw>& TableRaw() {
+  static FonctionsDifferees<FonctionsRaw> table(TG_SONAME_RAW, TG_PAQUET_RAW, RemplirRaw);
+  return table;
+}
 
 // The table, loaded once for the process; nullptr with `erreur` set.
-const FonctionsRaw* Raw(QString& erreur) {
-  const ChargementRaw* c = g_rawEssai.load();
-  if (c == nullptr) {
-    static const ChargementRaw systeme = ChargerRaw(TG_SONAME_RAW, TG_PAQUET_RAW);
-    c = &systeme;
-  }
-  if (!c->erreur.isEmpty()) {
-    erreur = c->erreur;
-    return nullptr;
-  }
-  return &c->f;
-}
+const FonctionsRaw* Raw(QString& erreur) { return TableRaw().Obtenir(erreur); }
 
 using Traitee = std::unique_ptr<libraw_processed_image_t, decltype(&libraw_dcraw_clear_mem)>;
 
@@ -517,16 +497,6 @@ QImage VignetteRAW(const QString& chemin, int cote, QString& erreur) {
   return vignette.convertToFormat(QImage::Format_RGB32);
 }
 
-void BibliothequeRAWPourEssais(const char* soname, const char* paquet) {
-  static std::mutex verrou;
-  static std::list<ChargementRaw> charges;
-  if (soname == nullptr) {
-    g_rawEssai = nullptr;
-    return;
-  }
-  const std::lock_guard<std::mutex> garde(verrou);
-  charges.push_back(ChargerRaw(soname, paquet));
-  g_rawEssai = &charges.back();
-}
+void BibliothequeRAWPourEssais(const char* soname, const char* paquet) { TableRaw().PourEssais(soname, paquet); }
 
 }  // namespace tg

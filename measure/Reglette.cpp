@@ -50,23 +50,18 @@ struct FonctionsFftw {
   decltype(&fftwf_execute_dft_r2c) execute_dft_r2c;
 };
 
+bool RemplirFftw(BibliothequeDynamique& b, FonctionsFftw& f, QString& erreur) {
+  return b.Lier(f.alloc_real, "fftwf_alloc_real", erreur) && b.Lier(f.alloc_complex, "fftwf_alloc_complex", erreur) &&
+         b.Lier(f.free, "fftwf_free", erreur) && b.Lier(f.destroy_plan, "fftwf_destroy_plan", erreur) &&
+         b.Lier(f.cleanup, "fftwf_cleanup", erreur) && b.Lier(f.plan_dft_r2c_2d, "fftwf_plan_dft_r2c_2d", erreur) &&
+         b.Lier(f.plan_dft_r2c_1d, "fftwf_plan_dft_r2c_1d", erreur) &&
+         b.Lier(f.execute_dft_r2c, "fftwf_execute_dft_r2c", erreur);
+}
+
 // The functions, or nullptr with the French reason in `erreur`.
 const FonctionsFftw* ChargerFftw(QString& erreur) {
-  static BibliothequeDynamique bibliotheque(TG_SONAME_FFTW3F, TG_PAQUET_FFTW3F);
-  static FonctionsFftw f;
-  static QString echec;
-  static const bool pret = [&] {
-    return bibliotheque.Lier(f.alloc_real, "fftwf_alloc_real", echec) &&
-           bibliotheque.Lier(f.alloc_complex, "fftwf_alloc_complex", echec) &&
-           bibliotheque.Lier(f.free, "fftwf_free", echec) &&
-           bibliotheque.Lier(f.destroy_plan, "fftwf_destroy_plan", echec) &&
-           bibliotheque.Lier(f.cleanup, "fftwf_cleanup", echec) &&
-           bibliotheque.Lier(f.plan_dft_r2c_2d, "fftwf_plan_dft_r2c_2d", echec) &&
-           bibliotheque.Lier(f.plan_dft_r2c_1d, "fftwf_plan_dft_r2c_1d", echec) &&
-           bibliotheque.Lier(f.execute_dft_r2c, "fftwf_execute_dft_r2c", echec);
-  }();
-  if (!pret) erreur = echec;
-  return pret ? &f : nullptr;
+  static FonctionsDifferees<FonctionsFftw> table(TG_SONAME_FFTW3F, TG_PAQUET_FFTW3F, RemplirFftw);
+  return table.Obtenir(erreur);
 }
 
 // Once TrouverReglette has loaded them.
