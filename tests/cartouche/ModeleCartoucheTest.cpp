@@ -11,7 +11,7 @@
 #include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
 #include "platform/Fichiers.h"
-#include "tests/cartouche/TablesEssai.h"
+#include "tests/cartouche/FormulaireEssai.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
@@ -30,13 +30,8 @@ class ModeleCartoucheTest : public testing::Test {
   // A formatted picture of largeur x hauteur, its cartouche under it ("1")
   // or over it ("0").
   void Ouvrir(int largeur, int hauteur, const QString& hb = QStringLiteral("1")) {
-    s.CartoucheHB = hb;
-    s.LargeurOrigine = s.Largeur = largeur;
-    s.HauteurOrigine = s.Hauteur = hauteur;
-    s.LargeurFormatee = largeur;
-    s.HauteurFormatee = hauteur;
-    s.CadrageFormate = float(largeur) / float(hauteur);
-    ASSERT_TRUE(ai.IO_CreateImage(s.ImageFormatee, largeur, hauteur, 24));
+    test::SessionFormatee(s, ai, largeur, hauteur, hb);
+    if (testing::Test::HasFatalFailure()) return;
     Rouvrir();
   }
   // A new visit of the form on the same session.

@@ -24,7 +24,7 @@
 #include "platform/Fichiers.h"
 #include "platform/Ini.h"
 #include "platform/Liste.h"
-#include "tests/cartouche/TablesEssai.h"
+#include "tests/cartouche/FormulaireEssai.h"
 #include "tests/support/DialoguesScriptes.h"
 
 namespace tg {
@@ -42,13 +42,8 @@ class FormCartouche : public testing::Test {
 
   // A formatted picture of largeur x hauteur in a 800 x 600 format.
   void Ouvrir(int largeur, int hauteur, const QString& hb = QStringLiteral("1")) {
-    s.CartoucheHB = hb;
-    s.LargeurOrigine = s.Largeur = largeur;
-    s.HauteurOrigine = s.Hauteur = hauteur;
-    s.LargeurFormatee = largeur;
-    s.HauteurFormatee = hauteur;
-    s.CadrageFormate = float(largeur) / float(hauteur);
-    ASSERT_TRUE(ai.IO_CreateImage(s.ImageFormatee, largeur, hauteur, 24));
+    test::SessionFormatee(s, ai, largeur, hauteur, hb);
+    if (testing::Test::HasFatalFailure()) return;
     f = std::make_unique<frmAjouterCartouche>(s, ai, nullptr);
     f->Form_Load();
     dlg.appels.clear();

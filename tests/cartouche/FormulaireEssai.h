@@ -1,15 +1,30 @@
 #pragma once
-// Measurement tables for the cartouche form's tests: the store written with
-// given tables, and a table of 1000 pixels for 100 microns at x40.
+// What the cartouche form's tests start from: a session holding a formatted
+// picture, the table store written with given tables, and a table of 1000
+// pixels for 100 microns at x40.
 #include <gtest/gtest.h>
 
 #include <QFile>
 #include <vector>
 
+#include "core/SessionRecord.h"
+#include "imaging/cAdvancedImagery.h"
 #include "measure/TableMesure.h"
 #include "platform/Fichiers.h"
 
 namespace tg::test {
+
+// A formatted picture of largeur x hauteur in `s`, its cartouche under it
+// ("1") or over it ("0").
+inline void SessionFormatee(SessionRecord& s, cAdvancedImagery& ai, int largeur, int hauteur, const QString& hb) {
+  s.CartoucheHB = hb;
+  s.LargeurOrigine = s.Largeur = largeur;
+  s.HauteurOrigine = s.Hauteur = hauteur;
+  s.LargeurFormatee = largeur;
+  s.HauteurFormatee = hauteur;
+  s.CadrageFormate = float(largeur) / float(hauteur);
+  ASSERT_TRUE(ai.IO_CreateImage(s.ImageFormatee, largeur, hauteur, 24));
+}
 
 // table_mesure.dat holding `tables`, slots 2 onwards.
 inline void EcrireTables(const std::vector<EnrMesure>& tables) {
