@@ -537,8 +537,7 @@ void ModeleCartouche::cmdEtalonner() {
   Voir(Controle::fraMicroPhoto, false);
   Voir(Controle::cmdEtalonner, false);
   Voir(Controle::fraEchelle, true);
-  Voir(Controle::fraChoixTable, true);
-  fraChoixTable_Expand();
+  cmdOuvrirFraChoixTable();
 }
 
 void ModeleCartouche::cmdOuvrirFraChoixTable() {

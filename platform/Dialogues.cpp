@@ -5,29 +5,15 @@
 #include <QStringList>
 #include <cstdio>
 
+#include "platform/DialoguesSansFenetre.h"
+
 namespace tg {
 
 namespace {
 
-// Without windows: each message on standard error, questions answered by
-// their default, file, folder, colour and font dialogs cancelled.
-class DialoguesErreurStandard : public IDialogues {
- public:
-  void Message(const QString& titre, const QString& texte, Icone) override { Ecrire(titre, texte); }
-  Reponse Question(const QString& titre, const QString& texte, Boutons, Reponse defaut, Icone) override {
-    Ecrire(titre, texte);
-    return defaut;
-  }
-  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override { return std::nullopt; }
-  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
-  QString FichierEnregistrer(const QString&, const QString&, const QString&, const QString&) override { return {}; }
-  QString Dossier(const QString&, const QString&) override { return {}; }
-  int Couleur(int) override { return -1; }
-  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
-  void MsgBoxEx(const Bulle& bulle, int&) override { Ecrire(bulle.titre, bulle.texte); }
-
- private:
-  static void Ecrire(const QString& titre, const QString& texte) {
+// Without windows: each message on standard error.
+class DialoguesErreurStandard : public ReponsesSansFenetre {
+  void Noter(const QString& titre, const QString& texte) override {
     std::fprintf(stderr, "%s : %s\n", qUtf8Printable(titre), qUtf8Printable(texte));
   }
 };

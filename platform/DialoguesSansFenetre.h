@@ -11,7 +11,29 @@
 
 namespace tg {
 
-class DialoguesSansFenetre : public IDialogues {
+// Answers without a window: each message and question's text to Noter,
+// questions their default answer, file, folder, colour and font dialogs
+// cancelled.
+class ReponsesSansFenetre : public IDialogues {
+ public:
+  void Message(const QString& titre, const QString& texte, Icone) override { Noter(titre, texte); }
+  Reponse Question(const QString& titre, const QString& texte, Boutons, Reponse defaut, Icone) override {
+    Noter(titre, texte);
+    return defaut;
+  }
+  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override { return std::nullopt; }
+  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
+  QString FichierEnregistrer(const QString&, const QString&, const QString&, const QString&) override { return {}; }
+  QString Dossier(const QString&, const QString&) override { return {}; }
+  int Couleur(int) override { return -1; }
+  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
+  void MsgBoxEx(const Bulle& bulle, int&) override { Noter(bulle.titre, bulle.texte); }
+
+ protected:
+  virtual void Noter(const QString& titre, const QString& texte) = 0;
+};
+
+class DialoguesSansFenetre : public ReponsesSansFenetre {
  public:
   explicit DialoguesSansFenetre(std::function<void(const QString&)> echo = {})
       : echo_(std::move(echo)) {
@@ -23,26 +45,8 @@ class DialoguesSansFenetre : public IDialogues {
 
   QStringList messages;
 
-  void Message(const QString&, const QString& texte, Icone) override { Noter(texte); }
-  Reponse Question(const QString&, const QString& texte, Boutons, Reponse defaut, Icone) override {
-    Noter(texte);
-    return defaut;
-  }
-  std::optional<QString> Saisie(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  QString FichierOuvrir(const QString&, const QString&, const QString&) override { return {}; }
-  QString FichierEnregistrer(const QString&, const QString&, const QString&,
-                             const QString&) override {
-    return {};
-  }
-  QString Dossier(const QString&, const QString&) override { return {}; }
-  int Couleur(int) override { return -1; }
-  std::optional<QFont> Police(const QFont&) override { return std::nullopt; }
-  void MsgBoxEx(const Bulle& bulle, int&) override { Noter(bulle.texte); }
-
  private:
-  void Noter(const QString& texte) {
+  void Noter(const QString&, const QString& texte) override {
     messages << texte;
     if (echo_) echo_(texte);
   }
